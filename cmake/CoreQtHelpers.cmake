@@ -1,0 +1,81 @@
+# Build settings shared by every target of the project.
+
+# Compile definitions that the public headers rely on (Qt 4 names kept behind
+# Qt 5's deprecation switch); they travel with the libraries to their users.
+set(COREQT_PUBLIC_DEFINITIONS QT_DISABLE_DEPRECATED_BEFORE=0 QT_NO_DEPRECATED_WARNINGS)
+
+# Applies warnings and the project's private Qt settings to a target.
+function(coreqt_target_defaults target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra)
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+endfunction()
+
+# Creates one of the project's shared libraries: version 1.0.0, SOVERSION 1,
+# hidden visibility, a generated export header <export_header> (relative to the
+# generated include directory) with the macro <BASE_NAME>_EXPORT.
+function(coreqt_add_library target)
+    cmake_parse_arguments(ARG "" "BASE_NAME;EXPORT_HEADER" "SOURCES" ${ARGN})
+    add_library(${target} SHARED ${ARG_SOURCES})
+    add_library(CoreQt::${target} ALIAS ${target})
+    set_target_properties(${target} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        EXPORT_NAME ${target})
+    generate_export_header(${target}
+        BASE_NAME ${ARG_BASE_NAME}
+        EXPORT_FILE_NAME "${COREQT_GENERATED_INCLUDE_DIR}/${ARG_EXPORT_HEADER}")
+    target_compile_definitions(${target} PUBLIC ${COREQT_PUBLIC_DEFINITIONS})
+    target_include_directories(${target} PUBLIC
+        "$<BUILD_INTERFACE:${COREQT_GENERATED_INCLUDE_DIR}>"
+        "$<INSTALL_INTERFACE:${COREQT_INSTALL_INCLUDE_DIR}>"
+        "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+    coreqt_target_defaults(${target})
+    get_filename_component(export_dir "${ARG_EXPORT_HEADER}" DIRECTORY)
+    install(FILES "${COREQT_GENERATED_INCLUDE_DIR}/${ARG_EXPORT_HEADER}"
+            DESTINATION "${COREQT_INSTALL_INCLUDE_DIR}/${export_dir}")
+    install(TARGETS ${target} EXPORT CoreQtTargets
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+# Installs public headers under include/CoreQt/<destination>, keeping the
+# folder they live in.
+function(coreqt_install_headers destination)
+    install(FILES ${ARGN} DESTINATION "${COREQT_INSTALL_INCLUDE_DIR}/${destination}")
+endfunction()
+
+# Adds one area of libCoreQt: its sources and headers go into the CoreQt
+# target, its public headers are installed under include/CoreQt/<area>/.
+# Call from the area's own CMakeLists.txt (src/<area>/).
+function(coreqt_add_area area)
+    cmake_parse_arguments(ARG "" "" "SOURCES;HEADERS;PRIVATE_HEADERS" ${ARGN})
+    target_sources(CoreQt PRIVATE ${ARG_SOURCES} ${ARG_HEADERS} ${ARG_PRIVATE_HEADERS})
+    coreqt_install_headers(${area} ${ARG_HEADERS})
+endfunction()
+
+# Adds a Qt Test executable tests/<area>/<name> registered with CTest under the
+# label <area> (and any extra LABELS). ENVIRONMENT entries are passed to the test.
+function(coreqt_add_test name)
+    cmake_parse_arguments(ARG "" "AREA;TIMEOUT" "SOURCES;LABELS;ENVIRONMENT;LIBRARIES" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE CoreQt::CoreQt Qt5::Test coreqt_testsupport ${ARG_LIBRARIES})
+    coreqt_target_defaults(${name})
+    add_test(NAME ${name} COMMAND ${name})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 300)
+    endif()
+    set_tests_properties(${name} PROPERTIES
+        LABELS "${ARG_AREA};${ARG_LABELS}"
+        TIMEOUT ${ARG_TIMEOUT}
+        ENVIRONMENT "QT_FORCE_STDERR_LOGGING=1;${ARG_ENVIRONMENT}")
+endfunction()
+
+# Adds a Google Benchmark program benchmarks/<name>; built by default, never
+# run by CTest.
+function(coreqt_add_benchmark name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE CoreQt::CoreQt benchmark::benchmark ${ARG_LIBRARIES})
+    coreqt_target_defaults(${name})
+endfunction()

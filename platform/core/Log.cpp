@@ -1,0 +1,176 @@
+#include "platform/core/Log.h"
+
+#include "platform/core/Mutex.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <fcntl.h>
+#include <fstream>
+#include <iostream>
+#include <unistd.h>
+
+namespace ko
+{
+
+Log::Log()
+    : mMutex(new Mutex(true))
+    , mLevel(Message)
+{
+    mStreams[Debug] = &std::cout;
+    mStreams[Message] = &std::cout;
+    mStreams[Warning] = &std::cerr;
+    mStreams[Error] = &std::cerr;
+    mStreams[FatalError] = &std::cerr;
+}
+
+Log::~Log()
+{
+    for (std::ostream* stream : mStreams) {
+        if (stream)
+            stream->flush();
+    }
+}
+
+Log& Log::instance()
+{
+    static Log log;
+    return log;
+}
+
+Mutex& Log::mutex()
+{
+    return *mMutex;
+}
+
+const char* Log::levelName(ELevel level)
+{
+    static const char* const names[LevelCount] = {"Debug", "Message", "Warning", "Error", "FatalError"};
+    // Levels outside the enumeration are written under Debug's name, as they use its stream.
+    return (level >= 0 && level < LevelCount) ? names[level] : names[Debug];
+}
+
+int Log::slot(ELevel level) const
+{
+    return (level >= 0 && level < LevelCount) ? level : Debug;
+}
+
+void Log::pre(ELevel level)
+{
+    MutexLocker lock(*mMutex);
+    std::ostream* os = mStreams[slot(level)];
+    if (!os)
+        return;
+    const auto now = std::chrono::system_clock::now();
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    const long ms = long(std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000);
+    std::tm local;
+    localtime_r(&seconds, &local);
+    char buffer[64];
+    const size_t n = std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
+    std::snprintf(buffer + n, sizeof buffer - n, ".%03ld %s ", ms, levelName(level));
+    *os << buffer;
+}
+
+std::ostream* Log::getStream(ELevel level)
+{
+    MutexLocker lock(*mMutex);
+    return mStreams[slot(level)];
+}
+
+Log::ELevel Log::logLevel() const
+{
+    return ELevel(mLevel.load(std::memory_order_relaxed));
+}
+
+void Log::setLogLevel(ELevel level)
+{
+    mLevel.store(level, std::memory_order_relaxed);
+}
+
+void Log::setStream(ELevel level, std::ostream* stream, bool takeOwnership)
+{
+    MutexLocker lock(*mMutex);
+    const int i = slot(level);
+    if (mStreams[i])
+        mStreams[i]->flush();
+    mStreams[i] = stream;
+    if (takeOwnership && stream)
+        mOwned[i].reset(stream);
+    else
+        mOwned[i].reset();
+}
+
+std::ofstream* Log::openFile(const std::string& path, bool append)
+{
+    auto* file = new std::ofstream(path, append ? std::ios::out | std::ios::app : std::ios::out | std::ios::trunc);
+    if (!file->is_open()) {
+        const int error = errno;
+        delete file;
+        reportError("Cannot open log file " + path + ": " + std::strerror(error));
+        return nullptr;
+    }
+    return file;
+}
+
+void Log::setLogFile(ELevel level, const std::string& path, bool append)
+{
+    MutexLocker lock(*mMutex);
+    if (std::ofstream* file = openFile(path, append))
+        setStream(level, file, true);
+}
+
+void Log::setLogFile(const std::string& path, bool append)
+{
+    MutexLocker lock(*mMutex);
+    std::ofstream* file = openFile(path, append);
+    if (!file)
+        return;
+    // One stream for all levels, so lines keep their order in the file.
+    std::shared_ptr<std::ostream> shared(file);
+    for (int i = 0; i < LevelCount; ++i) {
+        if (mStreams[i])
+            mStreams[i]->flush();
+        mStreams[i] = file;
+        mOwned[i] = shared;
+    }
+}
+
+void Log::setDefaultLogFile(const std::string& path, bool append)
+{
+    instance().setLogFile(path, append);
+}
+
+void Log::setStdOut(const std::string& path, bool append, bool alsoStdErr)
+{
+    Log& log = instance();
+    MutexLocker lock(log.mutex());
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC), 0644);
+    if (fd < 0) {
+        log.reportError("Cannot redirect standard output to " + path + ": " + std::strerror(errno));
+        return;
+    }
+    std::cout.flush();
+    std::fflush(stdout);
+    ::dup2(fd, STDOUT_FILENO);
+    if (alsoStdErr) {
+        std::cerr.flush();
+        std::fflush(stderr);
+        ::dup2(fd, STDERR_FILENO);
+    }
+    ::close(fd);
+}
+
+void Log::reportError(const std::string& text)
+{
+    MutexLocker lock(*mMutex);
+    std::ostream* os = mStreams[Error];
+    if (!os || logLevel() > Error)
+        return;
+    pre(Error);
+    *os << text << std::endl;
+}
+
+} // namespace ko

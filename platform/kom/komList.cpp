@@ -1,0 +1,4 @@
+#include "platform/kom/komList.h"
+
+komStringList::komStringList() = default;
+komStringList::~komStringList() = default;

@@ -1,0 +1,26 @@
+#ifndef KOM_OBJECT_H
+#define KOM_OBJECT_H
+
+#include "platform/kom/kom_export.h"
+
+/** Root of the middleware's interfaces. */
+class KOM_EXPORT komInterface
+{
+public:
+    /** Creates the interface part. */
+    komInterface();
+    /** Destroys the object through any of its interfaces. */
+    virtual ~komInterface();
+};
+
+/** Root of the middleware's objects; used as the sender of status messages and terminal reports. */
+class KOM_EXPORT komObject
+{
+public:
+    /** Creates the object part. */
+    komObject();
+    /** Destroys the object. */
+    virtual ~komObject();
+};
+
+#endif // KOM_OBJECT_H

@@ -1,0 +1,82 @@
+#ifndef KOM_STATUSMESSAGE_H
+#define KOM_STATUSMESSAGE_H
+
+#include "platform/kom/kom_export.h"
+#include "platform/kom/komObject.h"
+#include "platform/kom/komString.h"
+
+#include <memory>
+
+namespace kom
+{
+
+/** Types of status messages, from chatter to fatal. */
+enum StatusMessageType {
+    StatusTrace = 40,
+    StatusDebug = 45,
+    StatusInfo = 50,
+    StatusWarning = 60,
+    StatusError = 70,
+    StatusFatal = 80
+};
+
+} // namespace kom
+
+/** Receives the middleware's status messages from a processor. */
+class KOM_EXPORT komStatusMessageHandlerInterface : public virtual komInterface
+{
+public:
+    /** Destroys the handler; it must no longer be registered. */
+    ~komStatusMessageHandlerInterface() override;
+    /** Handles one message of @p type from @p sender (may be null). */
+    virtual void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject* sender) = 0;
+    /** Sets the lowest type the handler wants to receive. */
+    virtual void setStatusMessageVerbosity(kom::StatusMessageType verbosity) = 0;
+    /** The lowest type the handler wants to receive. */
+    virtual kom::StatusMessageType statusMessageVerbosity() const = 0;
+};
+
+namespace kom
+{
+
+/**
+ * Hands status messages to registered handlers: a handler receives a message
+ * when its verbosity is not above the message's type. The processor does not
+ * own its handlers.
+ */
+class KOM_EXPORT komStatusMessageProcessor
+{
+public:
+    /** An empty processor. */
+    komStatusMessageProcessor();
+    /** Destroys the processor; the handlers are not deleted. */
+    ~komStatusMessageProcessor();
+
+    komStatusMessageProcessor(const komStatusMessageProcessor&) = delete;
+    komStatusMessageProcessor& operator=(const komStatusMessageProcessor&) = delete;
+
+    /** The process-wide processor, created on first use under a lock. */
+    static komStatusMessageProcessor* defaultProcessor();
+
+    /** Registers @p handler (not owned); a handler registered twice receives messages twice. */
+    void addStatusMessageHandler(komStatusMessageHandlerInterface* handler);
+    /** Unregisters every registration of @p handler. */
+    void removeStatusMessageHandler(komStatusMessageHandlerInterface* handler);
+    /** Unregisters all handlers. */
+    void removeStatusMessageHandlers();
+    /** Number of registrations. */
+    int handlerCount() const;
+    /** Passes the message to each handler whose verbosity is not above @p type, in registration order. */
+    void sendStatusMessage(StatusMessageType type, const komString& text, const komObject* sender);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+/** Sends a status message through the default processor. */
+KOM_EXPORT void sendStatusMessage(StatusMessageType type, const komString& text, const komObject* sender);
+
+} // namespace kom
+
+#endif // KOM_STATUSMESSAGE_H

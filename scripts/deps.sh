@@ -1,0 +1,35 @@
+# Sourced by the set-up scripts: installs the Debian packages the build needs
+# when they are missing (Debian 12; run as root, or with sudo available).
+COREQT_PACKAGES=(
+    g++ clang cmake ninja-build pkg-config
+    qtbase5-dev qttools5-dev-tools qttranslations5-l10n
+    libbenchmark-dev libspdlog-dev
+)
+
+coreqt_install_deps() {
+    local missing=()
+    local package
+    for package in "${COREQT_PACKAGES[@]}"; do
+        if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+            missing+=("$package")
+        fi
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return 0
+    fi
+    echo "Installing missing packages: ${missing[*]}"
+    local sudo=""
+    if [ "$(id -u)" -ne 0 ]; then
+        sudo="sudo"
+    fi
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+# Configures and builds into the directory $1 with the extra CMake arguments that follow.
+coreqt_build() {
+    local dir=$1
+    shift
+    cmake -S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@"
+    cmake --build "$dir" -j "$(nproc)"
+}
