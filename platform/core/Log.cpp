@@ -26,13 +26,8 @@ Log::Log()
     mStreams[FatalError] = &std::cerr;
 }
 
-Log::~Log()
-{
-    for (std::ostream* stream : mStreams) {
-        if (stream)
-            stream->flush();
-    }
-}
+// Owned streams flush when they are released; streams of callers are theirs to flush.
+Log::~Log() = default;
 
 Log& Log::instance()
 {
