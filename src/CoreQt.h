@@ -27,5 +27,9 @@
 
 // CoreQt
 #include "Version.h"
+#include "log/DeviceStream.h"
+#include "log/KomLogHandler.h"
+#include "log/LogQt.h"
+#include "log/StreambufDevice.h"
 
 #endif // COREQT_H

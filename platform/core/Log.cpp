@@ -18,6 +18,8 @@ namespace ko
 Log::Log()
     : mMutex(new Mutex(true))
     , mLevel(Message)
+    , mPrefixSecond(-1)
+    , mPrefixTime{}
 {
     mStreams[Debug] = &std::cout;
     mStreams[Message] = &std::cout;
@@ -59,14 +61,31 @@ void Log::pre(ELevel level)
     if (!os)
         return;
     const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const long ms = long(std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000);
-    std::tm local;
-    localtime_r(&seconds, &local);
-    char buffer[64];
-    const size_t n = std::strftime(buffer, sizeof buffer, "%Y-%m-%d %H:%M:%S", &local);
-    std::snprintf(buffer + n, sizeof buffer - n, ".%03ld %s ", ms, levelName(level));
-    *os << buffer;
+    const long long msSinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
+    const std::time_t seconds = std::time_t(msSinceEpoch / 1000);
+    // Lines come many per second: the date and time are formatted once per second (under the mutex).
+    if (seconds != mPrefixSecond) {
+        std::tm local;
+        localtime_r(&seconds, &local);
+        std::strftime(mPrefixTime, sizeof mPrefixTime, "%Y-%m-%d %H:%M:%S.", &local);
+        mPrefixSecond = seconds;
+    }
+    // One write of the whole prefix: "yyyy-mm-dd hh:mm:ss.zzz <Level> ".
+    char prefix[64];
+    const size_t timeLength = std::strlen(mPrefixTime);
+    std::memcpy(prefix, mPrefixTime, timeLength);
+    char* p = prefix + timeLength;
+    const int ms = int(msSinceEpoch % 1000);
+    *p++ = char('0' + ms / 100);
+    *p++ = char('0' + ms / 10 % 10);
+    *p++ = char('0' + ms % 10);
+    *p++ = ' ';
+    const char* name = levelName(level);
+    const size_t nameLength = std::strlen(name);
+    std::memcpy(p, name, nameLength);
+    p += nameLength;
+    *p++ = ' ';
+    os->write(prefix, p - prefix);
 }
 
 std::ostream* Log::getStream(ELevel level)

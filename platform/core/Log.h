@@ -80,6 +80,8 @@ private:
     std::ostream* mStreams[LevelCount];
     std::shared_ptr<std::ostream> mOwned[LevelCount];
     std::atomic<int> mLevel;
+    long long mPrefixSecond;
+    char mPrefixTime[32];
 };
 
 } // namespace ko

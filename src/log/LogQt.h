@@ -1,0 +1,150 @@
+#ifndef KO_LOGQT_H
+#define KO_LOGQT_H
+
+#include "coreqt_export.h"
+
+#include "platform/core/Log.h"
+#include "platform/core/Mutex.h"
+#include "platform/kom/komStatusMessage.h"
+
+#include <QTextStream>
+#include <QVector>
+
+#include <streambuf>
+
+class QString;
+
+namespace ko
+{
+
+template <class Streambuf>
+class TStreambufDevice;
+
+/**
+ * The Qt face of ko::Log: a QTextStream per level writing into the same stream
+ * buffer as the log's level stream, file names as QString, and the routing of
+ * Qt's and the middleware's messages into the log.
+ *
+ * The process-wide instance s_instance fronts ko::Log::instance(); the library
+ * logs through it with ko::LogLine / LogQt::write().
+ */
+class COREQT_EXPORT LogQt : public Log
+{
+public:
+    /** A front of its own ko::Log part. */
+    LogQt();
+    /** A front of @p log, which must outlive it. */
+    explicit LogQt(Log& log);
+    /** Releases the tables; the devices and text streams are left alive for late writers. */
+    ~LogQt();
+
+    LogQt(const LogQt&) = delete;
+    LogQt& operator=(const LogQt&) = delete;
+
+    /** The process-wide front of ko::Log::instance(), constructed when the library is loaded. */
+    static LogQt s_instance;
+
+    /** The fronted log's recursive mutex. */
+    Mutex& mutex();
+    /** Writes the line prefix of @p level onto the fronted log's level stream. */
+    void pre(ELevel level);
+    /** Sets the fronted log's threshold. */
+    void setLogLevel(ELevel level);
+    /** The fronted log's threshold. */
+    ELevel logLevel() const;
+    /** Threshold 0. */
+    void setDebugLogLevel();
+    /** Threshold 1. */
+    void setMessageLogLevel();
+    /** Threshold 2 (the same as setWarningLogLevel()). */
+    void setImportantLogLevel();
+    /** Threshold 2. */
+    void setWarningLogLevel();
+    /** Threshold 3. */
+    void setErrorLogLevel();
+    /** Threshold 4. */
+    void setFatalErrorLogLevel();
+    /** Sets the fronted log's stream of @p level. */
+    void setStream(ELevel level, std::ostream* stream, bool takeOwnership);
+    /** Sends the fronted log's @p level to the file @p path. */
+    void setLogFile(ELevel level, const char* path, bool append);
+    /** Sends every level of the fronted log to the file @p path. */
+    void setLogFile(const char* path, bool append);
+    /**
+     * Sends @p level of this object's own ko::Log part (not the fronted log) to @p path.
+     * Kept apart from the const char* overload on purpose: callers rely on the difference.
+     */
+    void setLogFile(ELevel level, const QString& path, bool append);
+    /** Sends every level of this object's own ko::Log part (not the fronted log) to @p path. */
+    void setLogFile(const QString& path, bool append);
+    /** Redirects the process's standard output (and error) to @p path; see ko::Log::setStdOut. */
+    static void setStdOut(const QString& path, bool append, bool alsoStdErr);
+    /** Sends every level of the process-wide log to @p path. */
+    static void setDefaultLogFile(const QString& path, bool append);
+
+    /**
+     * The text stream of @p level's slot (levels above 4 use slot 0), renewed when
+     * the fronted log's stream buffer for that slot was replaced; null when the
+     * log has no stream there.
+     */
+    QTextStream* getStream(ELevel level);
+
+    /**
+     * Writes one line in the library's logging idiom through s_instance: under the
+     * log mutex, when the level's stream exists and the threshold allows, the
+     * prefix, @p text and a line end, keeping the stream's number flags.
+     */
+    static void write(ELevel level, const QString& text);
+
+    /** Qt message handler: warnings, critical and fatal messages go to levels 2, 3, 4 with " Qt> ". */
+    static void qtMsgHandler(QtMsgType type, const char* text);
+    /** Announces itself through qDebug(), then installs qtMsgHandler() as Qt's message handler. */
+    static void installQtHandler();
+    /** Routes the middleware's status messages into the log (KomLogHandler::install). */
+    static void installKomHandler(kom::StatusMessageType verbosity);
+
+private:
+    Log* log;
+    QVector<TStreambufDevice<std::streambuf>*> devices;
+    QVector<QTextStream*> streams;
+};
+
+/**
+ * One log line in the library's logging idiom: the constructor locks the log
+ * mutex, and when the level's stream exists and the threshold allows, saves the
+ * stream's number flags and writes the prefix; values streamed in follow; the
+ * destructor ends the line (flushing it), restores the flags and unlocks.
+ *
+ *     ko::LogLine(ko::Log::Warning) << "Unexpected return code " << code;
+ */
+class COREQT_EXPORT LogLine
+{
+public:
+    /** Starts a line of @p level on ko::LogQt::s_instance. */
+    explicit LogLine(Log::ELevel level);
+    /** Ends the line and releases the log mutex. */
+    ~LogLine();
+
+    LogLine(const LogLine&) = delete;
+    LogLine& operator=(const LogLine&) = delete;
+
+    /** True when the line is written (a stream exists and the threshold allows the level). */
+    bool isActive() const { return mStream != nullptr; }
+    /** Appends @p value with QTextStream's formatting; does nothing for an inactive line. */
+    template <class T>
+    LogLine& operator<<(const T& value)
+    {
+        if (mStream)
+            *mStream << value;
+        return *this;
+    }
+
+private:
+    MutexLocker mLocker;
+    QTextStream* mStream;
+    QTextStream::NumberFlags mFlags;
+};
+
+} // namespace ko
+
+#endif // KO_LOGQT_H

@@ -1,0 +1,68 @@
+#ifndef KO_STREAMBUFDEVICE_H
+#define KO_STREAMBUFDEVICE_H
+
+#include "coreqt_export.h"
+
+#include <QIODevice>
+
+#include <streambuf>
+
+namespace ko
+{
+
+/**
+ * A sequential QIODevice that reads from and writes to a standard stream
+ * buffer, so that a QTextStream can write into a std::ostream's buffer.
+ * It keeps no buffer of its own. Made for std::streambuf and std::wstreambuf;
+ * the wide variant counts a character as two bytes when writing.
+ */
+template <class Streambuf>
+class TStreambufDevice : public QIODevice
+{
+public:
+    /** A device over @p streambuf (not owned), opened read-write and unbuffered. */
+    explicit TStreambufDevice(Streambuf* streambuf, QObject* parent = nullptr)
+        : QIODevice(parent)
+        , mStreambuf(streambuf)
+        , mWriteStreambuf(nullptr)
+    {
+        open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+    }
+
+    /** The buffer read from, and written to unless a write buffer is set. */
+    Streambuf* streambuf() const { return mStreambuf; }
+    /** The buffer written to instead of streambuf(), or null. */
+    Streambuf* writeStreambuf() const { return mWriteStreambuf; }
+    /** Sends writes to @p streambuf (not owned) instead; null sends them back to streambuf(). */
+    void setWriteStreambuf(Streambuf* streambuf) { mWriteStreambuf = streambuf; }
+
+    /** Always true: the device cannot seek. */
+    bool isSequential() const override { return true; }
+    /** Characters the buffer can deliver at once (not overridden by the wide variant). */
+    qint64 bytesAvailable() const override;
+
+protected:
+    qint64 readData(char* data, qint64 maxSize) override;
+    qint64 writeData(const char* data, qint64 size) override;
+
+private:
+    Streambuf* mStreambuf;
+    Streambuf* mWriteStreambuf;
+};
+
+template <>
+COREQT_EXPORT qint64 TStreambufDevice<std::streambuf>::bytesAvailable() const;
+template <>
+COREQT_EXPORT qint64 TStreambufDevice<std::streambuf>::readData(char* data, qint64 maxSize);
+template <>
+COREQT_EXPORT qint64 TStreambufDevice<std::streambuf>::writeData(const char* data, qint64 size);
+template <>
+COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::bytesAvailable() const;
+template <>
+COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::readData(char* data, qint64 maxSize);
+template <>
+COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::writeData(const char* data, qint64 size);
+
+} // namespace ko
+
+#endif // KO_STREAMBUFDEVICE_H

@@ -1,0 +1,274 @@
+#include "LogCapture.h"
+
+#include "log/LogQt.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <fstream>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+using ko::Log;
+using ko::LogQt;
+
+class tst_LogQt : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void levelSetters_data();
+    void levelSetters();
+    void getStreamSlots();
+    void getStreamFollowsBufferReplacement();
+    void nullStreamWritesNothing();
+    void setLogFileOverloads();
+    void lineIdiom_data();
+    void lineIdiom();
+    void lineKeepsNumberFlags();
+    void linesFromManyThreads();
+    void qtMsgHandlerLevels_data();
+    void qtMsgHandlerLevels();
+    void installedQtHandler();
+};
+
+void tst_LogQt::levelSetters_data()
+{
+    QTest::addColumn<int>("setter");
+    QTest::addColumn<int>("level");
+    QTest::newRow("debug") << 0 << 0;
+    QTest::newRow("message") << 1 << 1;
+    QTest::newRow("important") << 2 << 2;
+    QTest::newRow("warning") << 3 << 2;
+    QTest::newRow("error") << 4 << 3;
+    QTest::newRow("fatal") << 5 << 4;
+}
+
+void tst_LogQt::levelSetters()
+{
+    QFETCH(int, setter);
+    QFETCH(int, level);
+    Log fronted;
+    LogQt front(fronted);
+    void (LogQt::*setters[])() = {&LogQt::setDebugLogLevel, &LogQt::setMessageLogLevel,
+                                  &LogQt::setImportantLogLevel, &LogQt::setWarningLogLevel,
+                                  &LogQt::setErrorLogLevel, &LogQt::setFatalErrorLogLevel};
+    (front.*setters[setter])();
+    QCOMPARE(int(front.logLevel()), level);
+    QCOMPARE(int(fronted.logLevel()), level);
+    QCOMPARE(&front.mutex(), &fronted.mutex());
+}
+
+void tst_LogQt::getStreamSlots()
+{
+    Log fronted;
+    LogQt front(fronted);
+    QTextStream* debug = front.getStream(Log::Debug);
+    QVERIFY(debug);
+    QCOMPARE(front.getStream(Log::ELevel(7)), debug);
+    QCOMPARE(front.getStream(Log::Debug), debug);
+    QVERIFY(front.getStream(Log::Warning) != debug);
+
+    // A level above 4 asks the fronted log for slot 0, not for its raw value.
+    std::ostringstream debugOut, messageOut;
+    fronted.setStream(Log::Debug, &debugOut, false);
+    fronted.setStream(Log::Message, &messageOut, false);
+    *front.getStream(Log::ELevel(5)) << "five" << Qt::flush;
+    QCOMPARE(QString::fromStdString(debugOut.str()), QStringLiteral("five"));
+    QVERIFY(messageOut.str().empty());
+
+    // A front of its own base part writes to its own streams.
+    LogQt own;
+    std::ostringstream ownOut;
+    static_cast<Log&>(own).setStream(Log::Error, &ownOut, false);
+    *own.getStream(Log::Error) << "own" << Qt::flush;
+    QCOMPARE(QString::fromStdString(ownOut.str()), QStringLiteral("own"));
+}
+
+void tst_LogQt::getStreamFollowsBufferReplacement()
+{
+    Log fronted;
+    LogQt front(fronted);
+    std::ostringstream first;
+    fronted.setStream(Log::Warning, &first, false);
+    QTextStream* before = front.getStream(Log::Warning);
+    QCOMPARE(front.getStream(Log::Warning), before);
+    *before << "one" << Qt::flush;
+
+    // Replacing the buffer behind the same std::ostream is noticed too.
+    std::stringbuf replacement;
+    static_cast<std::ostream&>(first).rdbuf(&replacement);
+    QTextStream* after = front.getStream(Log::Warning);
+    QVERIFY(after);
+    *after << "two" << Qt::flush;
+    QCOMPARE(QString::fromStdString(replacement.str()), QStringLiteral("two"));
+
+    std::ostringstream second;
+    fronted.setStream(Log::Warning, &second, false);
+    *front.getStream(Log::Warning) << "three" << Qt::flush;
+    QCOMPARE(QString::fromStdString(second.str()), QStringLiteral("three"));
+    QCOMPARE(QString::fromStdString(replacement.str()), QStringLiteral("two"));
+}
+
+void tst_LogQt::nullStreamWritesNothing()
+{
+    LogCapture capture;
+    Log::instance().setStream(Log::Error, nullptr, false);
+    QCOMPARE(LogQt::s_instance.getStream(Log::Error), nullptr);
+    ko::LogLine line(Log::Error);
+    QVERIFY(!line.isActive());
+    line << "dropped";
+}
+
+void tst_LogQt::setLogFileOverloads()
+{
+    QTemporaryDir dir;
+    const QString viaChar = dir.filePath(QStringLiteral("char.log"));
+    const QString viaQString = dir.filePath(QStringLiteral("qstring.log"));
+    Log fronted;
+    LogQt front(fronted);
+    Log& ownPart = front;
+
+    // const char* configures the fronted log; QString the front's own ko::Log part.
+    front.setLogFile(Log::Error, viaChar.toLatin1().constData(), false);
+    front.setLogFile(Log::Error, viaQString, false);
+    *fronted.getStream(Log::Error) << "fronted" << std::endl;
+    *ownPart.getStream(Log::Error) << "own" << std::endl;
+
+    QFile charFile(viaChar), qstringFile(viaQString);
+    QVERIFY(charFile.open(QIODevice::ReadOnly));
+    QVERIFY(qstringFile.open(QIODevice::ReadOnly));
+    QCOMPARE(charFile.readAll(), QByteArray("fronted\n"));
+    QCOMPARE(qstringFile.readAll(), QByteArray("own\n"));
+
+    front.setLogFile(viaQString, true);
+    QCOMPARE(ownPart.getStream(Log::Debug), ownPart.getStream(Log::FatalError));
+    QVERIFY(fronted.getStream(Log::Debug) != ownPart.getStream(Log::Debug));
+}
+
+void tst_LogQt::lineIdiom_data()
+{
+    QTest::addColumn<int>("threshold");
+    QTest::addColumn<int>("level");
+    QTest::addColumn<bool>("written");
+    QTest::newRow("below threshold") << 2 << 1 << false;
+    QTest::newRow("at threshold") << 2 << 2 << true;
+    QTest::newRow("above threshold") << 2 << 4 << true;
+    QTest::newRow("level 7 uses slot 0") << 1 << 7 << true;
+}
+
+void tst_LogQt::lineIdiom()
+{
+    QFETCH(int, threshold);
+    QFETCH(int, level);
+    QFETCH(bool, written);
+    LogCapture capture{Log::ELevel(threshold)};
+    ko::LogLine(Log::ELevel(level)) << "count: " << 3 << ' ' << QStringLiteral("items");
+    LogQt::write(Log::ELevel(level), QStringLiteral("second"));
+    const QStringList lines = capture.lines(Log::ELevel(level < 5 ? level : 0));
+    QCOMPARE(lines, written ? QStringList({"count: 3 items", "second"}) : QStringList());
+    if (written)
+        QVERIFY(capture.text(Log::ELevel(level < 5 ? level : 0)).contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
+}
+
+void tst_LogQt::lineKeepsNumberFlags()
+{
+    LogCapture capture;
+    QTextStream* stream = LogQt::s_instance.getStream(Log::Message);
+    stream->setNumberFlags(QTextStream::ForceSign);
+    ko::LogLine(Log::Message) << Qt::showbase << Qt::hex << 255;
+    QCOMPARE(stream->numberFlags(), QTextStream::ForceSign);
+    stream->setIntegerBase(10);
+    ko::LogLine(Log::Message) << 5;
+    stream->setNumberFlags(QTextStream::NumberFlags());
+    QCOMPARE(capture.lines(Log::Message), (QStringList{"+0xff", "+5"}));
+}
+
+void tst_LogQt::linesFromManyThreads()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("threads.log"));
+    LogCapture capture; // restores the streams afterwards
+    LogQt::s_instance.setLogFile(path.toLatin1().constData(), false);
+
+    constexpr int threads = 8;
+    constexpr int lines = 2000;
+    std::vector<std::thread> workers;
+    for (int t = 0; t < threads; ++t) {
+        workers.emplace_back([t] {
+            for (int i = 0; i < lines; ++i)
+                ko::LogLine(Log::ELevel(i % 5)) << "thread " << t << " line " << i << " end";
+        });
+    }
+    for (auto& worker : workers)
+        worker.join();
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+    QVector<int> next(threads, 0);
+    int count = 0;
+    const QRegExp shape(QStringLiteral("thread (\\d) line (\\d+) end"));
+    while (!file.atEnd()) {
+        const QString line = LogCapture::stripPrefix(QString::fromLatin1(file.readLine()).chopped(1));
+        QVERIFY2(shape.exactMatch(line), qPrintable(line));
+        const int t = shape.cap(1).toInt();
+        QCOMPARE(shape.cap(2).toInt(), next[t]++); // each thread's lines whole and in its order
+        ++count;
+    }
+    QCOMPARE(count, threads * lines);
+}
+
+void tst_LogQt::qtMsgHandlerLevels_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("threshold");
+    QTest::addColumn<int>("level");
+    QTest::newRow("debug dropped") << int(QtDebugMsg) << 0 << -1;
+    QTest::newRow("info dropped") << int(QtInfoMsg) << 0 << -1;
+    QTest::newRow("warning") << int(QtWarningMsg) << 2 << 2;
+    QTest::newRow("warning below threshold") << int(QtWarningMsg) << 3 << -1;
+    QTest::newRow("critical") << int(QtCriticalMsg) << 3 << 3;
+    QTest::newRow("fatal, no abort") << int(QtFatalMsg) << 4 << 4;
+    QTest::newRow("unknown type") << 42 << 0 << -1;
+}
+
+void tst_LogQt::qtMsgHandlerLevels()
+{
+    QFETCH(int, type);
+    QFETCH(int, threshold);
+    QFETCH(int, level);
+    LogCapture capture{Log::ELevel(threshold)};
+    LogQt::qtMsgHandler(QtMsgType(type), "x");
+    for (int l = 0; l < Log::LevelCount; ++l) {
+        const QString text = capture.text(Log::ELevel(l));
+        if (l == level) {
+            QVERIFY(text.endsWith(QLatin1String(Log::levelName(Log::ELevel(l))) + QLatin1String("  Qt> x\n")));
+            QCOMPARE(capture.lines(Log::ELevel(l)), QStringList{" Qt> x"});
+        } else {
+            QVERIFY2(text.isEmpty(), qPrintable(text));
+        }
+    }
+}
+
+void tst_LogQt::installedQtHandler()
+{
+    // Qt Test installs a handler of the newer kind, which Qt prefers; put the default back first.
+    const QtMessageHandler testHandler = qInstallMessageHandler(nullptr);
+    {
+        LogCapture capture{Log::Warning};
+        LogQt::installQtHandler();
+        qDebug("never logged");
+        qWarning("warned %d", 1);
+        qCritical("critical");
+        LogQt::s_instance.setErrorLogLevel();
+        qWarning("below the threshold");
+        QCOMPARE(capture.allLines(), (QStringList{"2| Qt> warned 1", "3| Qt> critical"}));
+    }
+    qInstallMsgHandler(nullptr);
+    qInstallMessageHandler(testHandler);
+}
+
+QTEST_GUILESS_MAIN(tst_LogQt)
+#include "tst_LogQt.moc"
