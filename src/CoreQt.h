@@ -27,9 +27,12 @@
 
 // CoreQt
 #include "Version.h"
+#include "io/CloseInactive.h"
+#include "io/CloseOnExit.h"
 #include "log/DeviceStream.h"
 #include "log/KomLogHandler.h"
 #include "log/LogQt.h"
 #include "log/StreambufDevice.h"
+#include "signals/BlockSignals.h"
 
 #endif // COREQT_H
