@@ -27,5 +27,22 @@
 
 // CoreQt
 #include "Version.h"
+#include "exceptions/ConfigItemNotRetrievedException.h"
+#include "exceptions/DivisionByZeroException.h"
+#include "exceptions/ExceptionQt.h"
+#include "exceptions/FileException.h"
+#include "exceptions/IOException.h"
+#include "exceptions/IllegalArgumentException.h"
+#include "exceptions/IndexOutOfBoundsException.h"
+#include "exceptions/NullPointerException.h"
+#include "exceptions/OutOfMemoryException.h"
+#include "exceptions/ParseException.h"
+#include "exceptions/RuntimeException.h"
+#include "exceptions/TerminalException.h"
+#include "exceptions/UnexpectedTypeException.h"
+#include "exceptions/XmlException.h"
+#include "kom/kom_qt.h"
+#include "kom/koqstring.h"
+#include "kom/koqtextstream.h"
 
 #endif // COREQT_H
