@@ -7,6 +7,22 @@
 namespace ko
 {
 
+namespace
+{
+
+// What @p write puts on a read-write text stream over a fresh string.
+template <class Write> QString writtenText(Write write)
+{
+    QString text;
+    {
+        QTextStream s(&text, QIODevice::ReadWrite);
+        write(s);
+    }
+    return text;
+}
+
+} // namespace
+
 ExceptionQt::ExceptionQt(const QString& message, const ExceptionQt* cause)
     : Exception(std::string(), cause)
     , mMessage(message)
@@ -36,9 +52,8 @@ ExceptionQt& ExceptionQt::operator=(const ExceptionQt& other)
 ExceptionQt::~ExceptionQt()
 {
     if (mCauseQt) {
-        // The copy is deleted here; the base must forget it so that it is freed once.
-        releaseCause();
-        delete mCauseQt;
+        // Take the copy from the base, which would otherwise free it a second time.
+        delete releaseCause();
     }
 }
 
@@ -101,22 +116,16 @@ void ExceptionQt::setCause(const ExceptionQt& cause)
 
 QString ExceptionQt::message() const
 {
-    QString text;
-    {
-        QTextStream s(&text, QIODevice::ReadWrite);
-        printMessage(s);
-    }
-    return text;
+    return writtenText([this](QTextStream& s) { printMessage(s); });
 }
 
 void ExceptionQt::print(QTextStream& s) const
 {
-    s << className() << QLatin1String(": ");
-    printMessage(s);
-    s << QLatin1Char('\n');
-    for (const ExceptionQt* cause = causeQt(); cause; cause = cause->causeQt()) {
-        s << QLatin1String("caused by:\t") << cause->className() << QLatin1String(": ");
-        cause->printMessage(s);
+    for (const ExceptionQt* e = this; e; e = e->causeQt()) {
+        if (e != this)
+            s << QLatin1String("caused by:\t");
+        s << e->className() << QLatin1String(": ");
+        e->printMessage(s);
         s << QLatin1Char('\n');
     }
     s.flush();
@@ -124,12 +133,7 @@ void ExceptionQt::print(QTextStream& s) const
 
 QString ExceptionQt::toString() const
 {
-    QString text;
-    {
-        QTextStream s(&text, QIODevice::ReadWrite);
-        print(s);
-    }
-    return text;
+    return writtenText([this](QTextStream& s) { print(s); });
 }
 
 ExceptionQt::operator QString() const

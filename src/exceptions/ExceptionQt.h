@@ -56,6 +56,7 @@ public:
     operator QString() const;
 
 protected:
+    /** The free text given to the constructor or to setMessage(); subclasses render it. */
     QString mMessage;
 
 private:

@@ -26,6 +26,7 @@ public:
     void printMessage(QTextStream& s) const override;
 
 protected:
+    /** The name of the offending argument or variable; subclasses render it. */
     QString mArgument;
 };
 

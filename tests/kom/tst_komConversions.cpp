@@ -37,7 +37,6 @@ private Q_SLOTS:
     void lists();
     void mapHashRoundTrip_data();
     void mapHashRoundTrip();
-    void hashToMap();
     void writers_data();
     void writers();
 };
@@ -131,17 +130,6 @@ void tst_komConversions::mapHashRoundTrip()
     QCOMPARE(ko::qMap(hash), map);
 }
 
-void tst_komConversions::hashToMap()
-{
-    komPerlStyleHash hash;
-    hash[komString("b")] = komString("2");
-    hash[komString("a")] = komString("old");
-    hash[komString("a")] = komString("1");
-    const QMap<QString, QString> expected { { QStringLiteral("a"), QStringLiteral("1") },
-        { QStringLiteral("b"), QStringLiteral("2") } };
-    QCOMPARE(ko::qMap(hash), expected);
-}
-
 void tst_komConversions::writers_data()
 {
     QTest::addColumn<QStringList>("list");
@@ -151,8 +139,6 @@ void tst_komConversions::writers_data()
     QTest::newRow("three") << QStringList { QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c") }
                            << QStringLiteral("a,b,c");
     QTest::newRow("empty items") << QStringList { QString(), QString() } << QStringLiteral(",");
-    QTest::newRow("no blank added") << QStringList { QStringLiteral("x y"), QStringLiteral(" z") }
-                                    << QStringLiteral("x y, z");
 }
 
 void tst_komConversions::writers()
