@@ -27,5 +27,7 @@
 
 // CoreQt
 #include "Version.h"
+#include "camera/EventTypes.h"
+#include "camera/ImageTypes.h"
 
 #endif // COREQT_H
