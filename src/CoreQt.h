@@ -27,6 +27,8 @@
 
 // CoreQt
 #include "Version.h"
+#include "camera/EventTypes.h"
+#include "camera/ImageTypes.h"
 #include "exceptions/ConfigItemNotRetrievedException.h"
 #include "exceptions/DivisionByZeroException.h"
 #include "exceptions/ExceptionQt.h"
