@@ -27,5 +27,6 @@
 
 // CoreQt
 #include "Version.h"
+#include "kom/koqdatetime.h"
 
 #endif // COREQT_H
