@@ -28,5 +28,6 @@
 // CoreQt
 #include "Version.h"
 #include "kom/koqdatetime.h"
+#include "text/StringUtils.h"
 
 #endif // COREQT_H
