@@ -134,8 +134,8 @@ public:
     /** The text whose Base64 form is @p text, read as Latin-1 up to its first zero byte. */
     static QString decodeBase64(const QString& text);
     /**
-     * Reads one code point at @p p and advances @p p. Only ASCII and two-byte sequences decode
-     * correctly; longer sequences consume two bytes (see the implementation).
+     * Reads one code point at @p p and advances @p p. Only ASCII and two-byte sequences decode correctly:
+     * a longer one uses just the byte after its lead (0xFE/0xFF the byte after next); a zero is never passed.
      */
     static unsigned int decodeUtf8(const char*& p);
     /** True when @p text is empty or a prefix of the zero-terminated UTF-8 text @p utf8. */
