@@ -46,6 +46,7 @@
 #include "io/CloseInactive.h"
 #include "io/CloseOnExit.h"
 #include "kom/kom_qt.h"
+#include "kom/koqdatetime.h"
 #include "kom/koqstring.h"
 #include "kom/koqtextstream.h"
 #include "log/DeviceStream.h"
@@ -53,5 +54,6 @@
 #include "log/LogQt.h"
 #include "log/StreambufDevice.h"
 #include "signals/BlockSignals.h"
+#include "text/StringUtils.h"
 
 #endif // COREQT_H
