@@ -27,5 +27,7 @@
 
 // CoreQt
 #include "Version.h"
+#include "io/FileEncrypt.h"
+#include "io/QtSettingsAdaptor.h"
 
 #endif // COREQT_H
