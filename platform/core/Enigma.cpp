@@ -111,17 +111,30 @@ const Orbits& orbits()
     return *table;
 }
 
+// Sixteen bytes that the compiler keeps in one vector register where the target has them.
+typedef unsigned char Block __attribute__((vector_size(16)));
+
+inline void xor16(const unsigned char* src, const unsigned char* keys, unsigned char* dst)
+{
+    Block data;
+    Block key;
+    std::memcpy(&data, src, 16);
+    std::memcpy(&key, keys, 16);
+    data ^= key;
+    std::memcpy(dst, &data, 16);
+}
+
 void xorBlock(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length)
 {
     unsigned i = 0;
-    for (; i + 8 <= length; i += 8) {
-        uint64_t data;
-        uint64_t key;
-        std::memcpy(&data, src + i, 8);
-        std::memcpy(&key, keys + i, 8);
-        data ^= key;
-        std::memcpy(dst + i, &data, 8);
+    for (; i + 64 <= length; i += 64) {
+        xor16(src + i, keys + i, dst + i);
+        xor16(src + i + 16, keys + i + 16, dst + i + 16);
+        xor16(src + i + 32, keys + i + 32, dst + i + 32);
+        xor16(src + i + 48, keys + i + 48, dst + i + 48);
     }
+    for (; i + 16 <= length; i += 16)
+        xor16(src + i, keys + i, dst + i);
     for (; i < length; ++i)
         dst[i] = src[i] ^ keys[i];
 }
