@@ -59,6 +59,8 @@ protected:
 private:
     Q_DISABLE_COPY(FileEncrypt)
 
+    qint64 writeAligned(const char* data, qint64 size);
+
     std::unique_ptr<Enigma> mEnigma;
     signed char mVersion[4]; // version, minimum version, two reserved bytes
     quint32 mSeed;
