@@ -60,6 +60,7 @@ private Q_SLOTS:
 
     void roundTrip_data();
     void roundTrip();
+    void writesOfAnySizeMatchCipher();
     void truncateWritesNewHeader();
     void seekAgainstRawOracle_data();
     void seekAgainstRawOracle();
@@ -159,6 +160,31 @@ void tst_FileEncrypt::roundTrip()
         file.close();
         QCOMPARE(readFile(name).size(), 8);
     }
+}
+
+void tst_FileEncrypt::writesOfAnySizeMatchCipher()
+{
+    // Small, odd and block-sized writes, and one larger than the device's internal pieces.
+    const QString name = path(QStringLiteral("sizes.bin"));
+    std::mt19937 random(11);
+    QByteArray plain;
+    ko::FileEncrypt file(name);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    const quint32 seed = file.seed();
+    for (int i = 0; i < 60; ++i) {
+        const int length = i == 30 ? (5 << 19) : i % 7 == 0 ? 16384 : int(random() % 40000) + 1;
+        const QByteArray bytes = randomBytes(length, quint32(i));
+        QCOMPARE(file.write(bytes), qint64(length));
+        plain += bytes;
+    }
+    file.close();
+
+    const QByteArray raw = readFile(name);
+    QCOMPARE(raw.size(), plain.size() + 8);
+    QVERIFY(oracle(raw, seed, 8, 0, plain.size()) == plain);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll() == plain);
+    file.close();
 }
 
 void tst_FileEncrypt::truncateWritesNewHeader()
