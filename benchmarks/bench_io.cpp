@@ -169,7 +169,8 @@ public:
             const double enciphered = rate(std::string("BM_") + what + "Enciphered");
             const double plain = rate(std::string("BM_") + what + "Plain");
             if (plain > 0)
-                std::printf("%-5s enciphered %.2f GiB/s, QFile %.2f GiB/s: %.0f%% of QFile (goal: at least 50%%)\n",
+                std::printf("%-5s enciphered %.2f GiB/s, QFile %.2f GiB/s: %.0f%% of QFile "
+                            "(goal: at least 50%%)\n",
                             what, enciphered, plain, 100 * enciphered / plain);
         }
         const double fresh = rate("BM_ReadEncipheredJustWritten");

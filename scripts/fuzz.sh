@@ -23,5 +23,6 @@ for target in "${targets[@]}"; do
     corpus=build-fuzz/corpus/$target
     mkdir -p "$corpus"
     echo "Fuzzing $target for $seconds s"
-    "$binary" -max_total_time="$seconds" -timeout=20 -print_final_stats=1 -artifact_prefix=build-fuzz/ "$corpus"
+    "$binary" -max_total_time="$seconds" -timeout=20 -print_final_stats=1 \
+        -artifact_prefix=build-fuzz/ "$corpus"
 done

@@ -189,7 +189,8 @@ unsigned Enigma::advance(unsigned state, unsigned long long steps)
     if (steps >= tail) {
         const unsigned position = o.entry[s];
         const Cycle& cycle = o.cycles[o.cycleOf[position]];
-        return o.cycleStates[cycle.first + (position - cycle.first + (steps - tail) % cycle.length) % cycle.length];
+        const unsigned offset = position - cycle.first;
+        return o.cycleStates[cycle.first + (offset + (steps - tail) % cycle.length) % cycle.length];
     }
     // Fewer steps than the tail is long (under a thousand): jump, then step.
     for (; steps >= kJump; steps -= kJump)

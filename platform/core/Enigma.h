@@ -44,7 +44,7 @@ public:
     {
         return ((state * 1103515245u + 12345u) >> 16) & 0x7fffu;
     }
-    /** The state after @p steps steps from @p state, in constant time; the same as calling step() that often. */
+    /** The state @p steps steps after @p state, in constant time: the same as calling step() that often. */
     static unsigned advance(unsigned state, unsigned long long steps);
     /** The key byte that a byte met at @p state is combined with. */
     static unsigned char key(unsigned state)

@@ -5,9 +5,10 @@
 #include <QtEndian>
 
 #include <cstring>
-#include <unistd.h>
 #include <limits>
 #include <vector>
+
+#include <unistd.h>
 
 namespace ko
 {

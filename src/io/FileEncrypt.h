@@ -34,7 +34,7 @@ public:
     void close() override;
     /** The logical length: the file's length without the header while the cipher is active. */
     qint64 size() const override;
-    /** Puts the cipher at logical position @p pos and the file at raw offset @p pos (the header is not added). */
+    /** Puts the cipher at logical position @p pos and the file at raw offset @p pos (no header added). */
     bool seek(qint64 pos) override;
     /** Refused: an enciphered file cannot be resized. Always false. */
     bool resize(qint64 size) override;
