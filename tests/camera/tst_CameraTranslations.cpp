@@ -205,46 +205,25 @@ void tst_CameraTranslations::fixedRenderings_data()
     QTest::addColumn<QString>("german");
     QTest::addColumn<QString>("french");
 
+    const auto row
+        = [](const char* name, const char* call, const char* argument, const QString& german,
+              const QString& french) { QTest::newRow(name) << call << argument << german << french; };
     const QString nbsp(QChar(0x00A0));
-    QTest::newRow("All Events") << "triggerEventName" << "AE" << "Alle Ereignisse" << "Tous les événements";
-    QTest::newRow("VM") << "triggerEventName" << "VM"
-                        << "Video-Bewegungsmelder (VM)" << "Mouvement vidéo (VM)";
-    QTest::newRow("SI drops its number") << "triggerEventName" << "SI"
-                                         << "Signaleingang (SI)" << "Signal d'entrée (SI)";
-    QTest::newRow("SI5 keeps SI4") << "triggerEventName" << "SI5"
-                                   << "Signaleingang 5 (SI4)" << "Signal d'entrée 5 (SI4)";
-    QTest::newRow("mailbox") << "triggerEventName" << "AMB_17"
-                             << "Mailbox-Nachricht (AMB_17)" << "Message de boîte de réception (AMB_17)";
-    QTest::newRow("0.5 lux") << "noiseSuppressionName" << "5" << "0,5 lux" << "0,5" + nbsp + "lux";
-    QTest::newRow("5 lux") << "noiseSuppressionName" << "50" << "5 lux" << "5" + nbsp + "lux";
-    QTest::newRow("Speed") << "streamModeName" << "1" << "Bildrate" << "Vitesse";
-    QTest::newRow("Unknown") << "streamModeName" << "undef" << "Unbekannt" << "Inconnu";
-    QTest::newRow("KoPEG") << "streamCodex" << "enable" << "KoPEG" << "KoPEG";
-
-    // The error and status names the exceptions translate.
-    const char* const names[][4] = {
-        { "QFile", "NoError", "KeinFehler", "PasDErreur" },
-        { "QFile", "ReadError", "LeseFehler", "ErreurLecture" },
-        { "QFile", "WriteError", "SchreibFehler", "ErreurEcriture" },
-        { "QFile", "FatalError", "SchwerwiegenderFehler", "ErreurFatale" },
-        { "QFile", "ResourceError", "RessourcenFehler", "ErreurRessource" },
-        { "QFile", "OpenError", "ÖffnenFehler", "ErreurOuvrir" },
-        { "QFile", "AbortError", "AbbruchFehler", "ErreurAnnulation" },
-        { "QFile", "TimeOutError", "ZeitüberschreitungsFehler", "ErreurDélaiDAttente" },
-        { "QFile", "RemoveError", "EntfernenFehler", "ErreurSuppression" },
-        { "QFile", "RenameError", "UmbenennenFehler", "ErreurRenommer" },
-        { "QFile", "PositionError", "PositionsFehler", "ErreurPosition" },
-        { "QFile", "ResizeError", "GrößenänderungsFehler", "ErreurModificationTaille" },
-        { "QFile", "PermissionsError", "RechteFehler", "ErreurPermissions" },
-        { "QFile", "CopyError", "KopierenFehler", "ErreurCopier" },
-        { "QFile", "UnspecifiedError", "UnbezeichneterFehler", "ErreurNonSpécifié" },
-        { "QTextStream", "Ok", "OK", "OK" },
-        { "QTextStream", "ReadPastEnd", "ÜberEndeGelesen", "LectureAuDélaFin" },
-        { "QTextStream", "ReadCorruptData", "FehlerhafteDatenGelesen", "LectureDonnéesErronées" },
-        { "QTextStream", "UnknownError", "UnbekannterFehler", "ErreurInconnue" },
-    };
-    for (const auto& row : names)
-        QTest::addRow("%s %s", row[0], row[1]) << row[0] << row[1] << row[2] << row[3];
+    row("All Events", "triggerEventName", "AE", "Alle Ereignisse", "Tous les événements");
+    row("VM", "triggerEventName", "VM", "Video-Bewegungsmelder (VM)", "Mouvement vidéo (VM)");
+    row("SI drops its number", "triggerEventName", "SI", "Signaleingang (SI)", "Signal d'entrée (SI)");
+    row("SI5 keeps SI4", "triggerEventName", "SI5", "Signaleingang 5 (SI4)", "Signal d'entrée 5 (SI4)");
+    row("mailbox", "triggerEventName", "AMB_17", "Mailbox-Nachricht (AMB_17)",
+        "Message de boîte de réception (AMB_17)");
+    row("0.5 lux", "noiseSuppressionName", "5", "0,5 lux", "0,5" + nbsp + "lux");
+    row("5 lux", "noiseSuppressionName", "50", "5 lux", "5" + nbsp + "lux");
+    row("Unknown", "streamModeName", "undef", "Unbekannt", "Inconnu");
+    row("KoPEG", "streamCodex", "enable", "KoPEG", "KoPEG");
+    // A few of the error and status names the exceptions translate.
+    row("QFile OpenError", "QFile", "OpenError", "ÖffnenFehler", "ErreurOuvrir");
+    row("QFile TimeOutError", "QFile", "TimeOutError", "ZeitüberschreitungsFehler", "ErreurDélaiDAttente");
+    row("QTextStream ReadPastEnd", "QTextStream", "ReadPastEnd", "ÜberEndeGelesen", "LectureAuDélaFin");
+    row("QTextStream UnknownError", "QTextStream", "UnknownError", "UnbekannterFehler", "ErreurInconnue");
 }
 
 void tst_CameraTranslations::fixedRenderings()
