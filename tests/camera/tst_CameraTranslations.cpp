@@ -78,7 +78,7 @@ QSet<QString> vocabularyTexts()
 // context -> (source -> translation), read from one .ts source file.
 using Catalogue = QMap<QString, QMap<QString, QString>>;
 
-Catalogue readTs(const QString& path, int* messageCount)
+Catalogue readTs(const QString& path)
 {
     Catalogue catalogue;
     QFile file(path);
@@ -92,8 +92,6 @@ Catalogue readTs(const QString& path, int* messageCount)
             continue;
         if (xml.name() == QLatin1String("name")) {
             context = xml.readElementText();
-        } else if (xml.name() == QLatin1String("message")) {
-            ++*messageCount;
         } else if (xml.name() == QLatin1String("source")) {
             source = xml.readElementText();
         } else if (xml.name() == QLatin1String("translation")) {
@@ -138,20 +136,12 @@ private Q_SLOTS:
 
 void tst_CameraTranslations::resources()
 {
-    for (const char* name : kLibraryFiles) {
-        QResource resource(QString::fromLatin1(name));
-        QVERIFY2(resource.isValid(), name);
-        QCOMPARE(resource.compressionAlgorithm(), QResource::NoCompression);
+    for (int i = 0; i < 2; ++i) {
+        const QResource library(QString::fromLatin1(kLibraryFiles[i])), qt(QString::fromLatin1(kQtFiles[i]));
+        QVERIFY(library.isValid() && library.size() > 0 && qt.isValid());
+        QCOMPARE(library.compressionAlgorithm(), QResource::NoCompression);
+        QCOMPARE(qt.compressionAlgorithm(), QResource::ZlibCompression);
     }
-    for (const char* name : kQtFiles) {
-        QResource resource(QString::fromLatin1(name));
-        QVERIFY2(resource.isValid(), name);
-        QCOMPARE(resource.compressionAlgorithm(), QResource::ZlibCompression);
-    }
-    QFile file(QString::fromLatin1(kLibraryFiles[0]));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QVERIFY(file.size() > 0);
-    file.close();
 
     // Registered at load; the exported functions unregister and register again.
     QCOMPARE(qCleanupResources_CoreQt(), 1);
@@ -176,10 +166,11 @@ void tst_CameraTranslations::catalogues()
     QFETCH(QString, ts);
     QFETCH(QString, qm);
 
-    int messageCount = 0;
-    const Catalogue catalogue = readTs(ts, &messageCount);
-    QCOMPARE(messageCount, 151);
+    const Catalogue catalogue = readTs(ts);
     QCOMPARE(catalogue.keys(), QStringList({ "QFile", "QTextStream", "Statics" }));
+    QFile file(ts);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll().count("<message>"), 151); // none repeated: the sets below then match
 
     const QSet<QString> statics = vocabularyTexts();
     QCOMPARE(statics.size(), 132);
