@@ -71,10 +71,8 @@ private Q_SLOTS:
     void mutexUnlockByOtherThreadFails();
     void mutexCountsUnderContention();
     void exceptionCauseCopies();
-    void logDefaultsAndPrefix();
+    void logStreams();
     void logFiles();
-    void logFileFailureKeepsOutput();
-    void logStreamReplacement();
     void logStdOutRedirect();
     void enigmaSeeds();
 };
@@ -189,7 +187,7 @@ void tst_CoreStandIn::exceptionCauseCopies()
     QCOMPARE(chain(&plain), QStringLiteral("p <- p <- r"));
 }
 
-void tst_CoreStandIn::logDefaultsAndPrefix()
+void tst_CoreStandIn::logStreams()
 {
     ko::Log log;
     QCOMPARE(log.logLevel(), ko::Log::Message);
@@ -200,16 +198,26 @@ void tst_CoreStandIn::logDefaultsAndPrefix()
     QVERIFY(log.mutex().isRecursive());
     QCOMPARE(&ko::Log::instance(), &ko::Log::instance());
 
-    std::ostringstream out;
-    log.setStream(ko::Log::Warning, &out, false);
+    std::ostringstream first, second;
+    log.setStream(ko::Log::Warning, &first, false);
+    log.setStream(ko::Log::Warning, &second, false);
     log.pre(ko::Log::Warning);
-    out << "text";
-    const QString line = QString::fromStdString(out.str());
+    second << "text";
+    QVERIFY(first.str().empty());
+    const QString line = QString::fromStdString(second.str());
     QVERIFY2(QRegExp(QStringLiteral("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} Warning text"))
                  .exactMatch(line),
         qPrintable(line));
+
+    // An owned stream is deleted when replaced; a null stream silences the level.
+    log.setStream(ko::Log::Message, new std::ostringstream, true);
+    log.setStream(ko::Log::Message, nullptr, false);
+    QVERIFY(!log.getStream(ko::Log::Message));
+    log.pre(ko::Log::Message); // harmless without a stream
 }
 
+// Files per level, appended or shared by all levels; a file that cannot be opened leaves the previous
+// output in place and is reported at the error level.
 void tst_CoreStandIn::logFiles()
 {
     QTemporaryDir dir;
@@ -223,6 +231,21 @@ void tst_CoreStandIn::logFiles()
     log.setLogFile(ko::Log::Error, errors, true);
     *log.getStream(ko::Log::Error) << "appended" << std::endl;
     QCOMPARE(log.getStream(ko::Log::Warning), &std::cerr);
+    QCOMPARE(contents(errors), QByteArray("first\nappended\n"));
+
+    std::ostringstream warnings, reports;
+    log.setStream(ko::Log::Warning, &warnings, false);
+    log.setStream(ko::Log::Error, &reports, false);
+    log.setLogFile(ko::Log::Warning, "/nonexistent-dir/x.log", false);
+    QCOMPARE(log.getStream(ko::Log::Warning), &warnings);
+    log.setLogFile("/nonexistent-dir/all.log", true);
+    QCOMPARE(log.getStream(ko::Log::Error), &reports);
+    const QStringList lines
+        = QString::fromStdString(reports.str()).split(QLatin1Char('\n'), QString::SkipEmptyParts);
+    QCOMPARE(lines.size(), 2);
+    QCOMPARE(LogCapture::stripPrefix(lines.at(0)),
+        QStringLiteral("Cannot open log file /nonexistent-dir/x.log: ")
+            + QString::fromLatin1(std::strerror(ENOENT)));
 
     log.setLogFile(all, false);
     std::ostream* shared = log.getStream(ko::Log::Debug);
@@ -231,43 +254,7 @@ void tst_CoreStandIn::logFiles()
         *shared << level << '\n';
     }
     shared->flush();
-    QCOMPARE(contents(errors), QByteArray("first\nappended\n"));
     QCOMPARE(contents(all), QByteArray("0\n1\n2\n3\n4\n"));
-}
-
-void tst_CoreStandIn::logFileFailureKeepsOutput()
-{
-    ko::Log log;
-    std::ostringstream warnings, errors;
-    log.setStream(ko::Log::Warning, &warnings, false);
-    log.setStream(ko::Log::Error, &errors, false);
-    log.setLogFile(ko::Log::Warning, "/nonexistent-dir/x.log", false);
-    QCOMPARE(log.getStream(ko::Log::Warning), &warnings);
-    log.setLogFile("/nonexistent-dir/all.log", true);
-    QCOMPARE(log.getStream(ko::Log::Error), &errors);
-    const QStringList reports
-        = QString::fromStdString(errors.str()).split(QLatin1Char('\n'), QString::SkipEmptyParts);
-    QCOMPARE(reports.size(), 2);
-    QCOMPARE(LogCapture::stripPrefix(reports.at(0)),
-        QStringLiteral("Cannot open log file /nonexistent-dir/x.log: ")
-            + QString::fromLatin1(std::strerror(ENOENT)));
-}
-
-void tst_CoreStandIn::logStreamReplacement()
-{
-    ko::Log log;
-    std::ostringstream first, second;
-    log.setStream(ko::Log::Message, &first, false);
-    log.setStream(ko::Log::Message, &second, false);
-    *log.getStream(ko::Log::Message) << "second";
-    QVERIFY(first.str().empty());
-    QCOMPARE(second.str(), std::string("second"));
-
-    // An owned stream is deleted when replaced; a null stream silences the level.
-    log.setStream(ko::Log::Message, new std::ostringstream, true);
-    log.setStream(ko::Log::Message, nullptr, false);
-    QVERIFY(!log.getStream(ko::Log::Message));
-    log.pre(ko::Log::Message); // harmless without a stream
 }
 
 void tst_CoreStandIn::logStdOutRedirect()
