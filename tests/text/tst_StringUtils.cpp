@@ -161,15 +161,11 @@ void tst_StringUtils::text_data()
     const QString umlaut = QString::fromUtf8("ÄRGER");
     row("starts with umlaut", "startsWithIgnoreCase", { umlaut, QString::fromUtf8("är") }, "true");
     row("index of", "indexOfIgnoreCase", { "xCAMERA", "era" }, "4 true");
-    row("index of absent", "indexOfIgnoreCase", { "abc", "d" }, "-1 false");
-    row("trim no sides", "trim", { "xxabcxx", "x", "0" }, "xxabcxx");
     row("trim set of chars", "trim", { "abbaXbab", "ab", "3" }, "X");
     row("trim other bits", "trim", { "-a-", "-", "25" }, "a-");
     row("trimRight chars", "trimRight", { "Xaxx", "x" }, "Xa");
     row("pattern blank runs", "trimPattern", { "  ab  ", "\\s+" }, "ab  |  ab ");
-    row("pattern extension", "trimPattern", { "name.txt", "\\.txt" }, "name.txt|name");
     row("pattern repeat", "trimPattern", { "ababxabab", "(ab)+" }, "xabab|ababxab");
-    row("truncate left", "truncate", { "4", "1" }, "abcd...");
     row("truncate right", "truncate", { "4", "2" }, "...ghij");
     row("truncate right absolute", "truncate", { "4", "12" }, "...ghij");
     row("truncate centre odd", "truncate", { "3", "4" }, "...def...");
@@ -179,7 +175,6 @@ void tst_StringUtils::text_data()
     row("truncate negative", "truncate", { "-3", "1" }, "...");
     row("truncate exact length", "truncate", { "10", "4" }, "abcdefghij");
     row("split keep empty", "split", { "a,b/c,,d", ",", "keep" }, "a|b|c||d |a|b|c|d");
-    row("split skip empty", "split", { "a,b/c,,d", ",", "skip" }, "a|b|c|d a|b|c|d");
     row("split one text", "split", { "x;y;x", ";", "keep" }, "x|y|x x|y");
     row("split words", "splitWords", { "Hello, world!  Wie geht's?" }, "Hello|world|Wie|geht|s");
     row("first of two", "splitFirst", { "a::b::c", "::" }, "a|b::c");
@@ -199,18 +194,14 @@ void tst_StringUtils::text_data()
     row("sets, shared", "sets", { "a/b/c", "c/b/x" }, "true true b|c");
     row("sets, empty prefix", "sets", { "x", "" }, "false true ");
     row("sets, prefix longer", "sets", { "ca", "cam" }, "false false ");
-    row("sets, first empty", "sets", { "", "" }, "false false ");
     row("hex char lower", "toHex", { "a0", "", "lower" }, "a0");
     row("hex short", "toHex", { "beef", " " }, "BE EF");
-    row("hex int", "toHex", { "1a2b3c4d", ":" }, "1A:2B:3C:4D");
     row("hex long long", "toHex", { "0102030405060708", ", " }, "01, 02, 03, 04, 05, 06, 07, 08");
     row("hex empty", "toHex", { "", ":" }, "");
     row("base64 latin-1", "encodeBase64", { "e974e9" }, "6XTp");
     row("base64 zero", "encodeBase64", { "6162006364" }, "YWIAY2Q=");
     row("unbase64 zero cuts", "decodeBase64", { "YWIAY2Q=" }, "ab");
-    row("unbase64 latin-1", "decodeBase64", { "6XTp" }, QString::fromUtf8("été"));
     row("unbase64 skips invalid", "decodeBase64", { "Y*WJj" }, "abc");
-    row("bool empty", "toBool", { "" }, "false");
     row("bool zero", "toBool", { "0" }, "false");
     row("bool no", "toBool", { "no" }, "true");
     row("utf8 two bytes", "decodeUtf8", { "c3a978" }, "e9/2");
@@ -279,8 +270,7 @@ void tst_StringUtils::listEditing()
     QCOMPARE(StringUtils::removeAll(list, QRegExp(QStringLiteral("a"))), 0); // exact matches only
     QCOMPARE(StringUtils::removeAll(list, QRegExp(QStringLiteral("a\\d"))), 3);
     QCOMPARE(list, L { "b" });
-    list << "c"
-         << "d";
+    list += L { "c", "d" };
     StringUtils::swap(list, 0, 2);
     QCOMPARE(list, (L { "d", "c", "b" }));
     StringUtils::swap(list, 1, 3);
