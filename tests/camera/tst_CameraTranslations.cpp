@@ -130,8 +130,6 @@ private Q_SLOTS:
     void fixedRenderings_data();
     void fixedRenderings();
     void installAndRemove();
-    void qtCataloguesSelfContained_data();
-    void qtCataloguesSelfContained();
 };
 
 void tst_CameraTranslations::resources()
@@ -154,17 +152,24 @@ void tst_CameraTranslations::catalogues_data()
 {
     QTest::addColumn<QString>("ts");
     QTest::addColumn<QString>("qm");
+    QTest::addColumn<QString>("qtQm");
+    QTest::addColumn<QString>("qtText");
 
-    QTest::newRow("de_DE") << COREQT_TS_DIR "/CoreQt_de_DE.ts" << kLibraryFiles[0];
-    QTest::newRow("fr_FR") << COREQT_TS_DIR "/CoreQt_fr_FR.ts" << kLibraryFiles[1];
+    QTest::newRow("de_DE") << COREQT_TS_DIR "/CoreQt_de_DE.ts" << kLibraryFiles[0] << kQtFiles[0]
+                           << "Zeigt Versionsinformation an.";
+    QTest::newRow("fr_FR") << COREQT_TS_DIR "/CoreQt_fr_FR.ts" << kLibraryFiles[1] << kQtFiles[1]
+                           << "Afficher les informations de version.";
 }
 
 // The catalogue holds exactly the texts the library asks for, and the embedded file translates
 // each of them as its source says. Runs without a translator: the functions give English.
+// The embedded Qt catalogue alone translates Qt's own texts from QtCore: it is self-contained.
 void tst_CameraTranslations::catalogues()
 {
     QFETCH(QString, ts);
     QFETCH(QString, qm);
+    QFETCH(QString, qtQm);
+    QFETCH(QString, qtText);
 
     const Catalogue catalogue = readTs(ts);
     QCOMPARE(catalogue.keys(), QStringList({ "QFile", "QTextStream", "Statics" }));
@@ -187,6 +192,12 @@ void tst_CameraTranslations::catalogues()
             QCOMPARE(translator.translate(contextName, message.key().toUtf8()), message.value());
         }
     }
+
+    const auto qtTranslator = installTranslator(qtQm);
+    QVERIFY(qtTranslator);
+    QCommandLineParser parser;
+    parser.addVersionOption();
+    QVERIFY2(parser.helpText().contains(qtText), qPrintable(parser.helpText()));
 }
 
 void tst_CameraTranslations::fixedRenderings_data()
@@ -236,15 +247,11 @@ void tst_CameraTranslations::fixedRenderings()
         return QCoreApplication::translate(call.toLatin1().constData(), argument.toLatin1().constData());
     };
     const QString english = render();
-    {
-        const auto translator = installTranslator(QString::fromLatin1(kLibraryFiles[0]));
+    const QString expected[] = { german, french };
+    for (int i = 0; i < 2; ++i) {
+        const auto translator = installTranslator(QString::fromLatin1(kLibraryFiles[i]));
         QVERIFY(translator);
-        QCOMPARE(render(), german);
-    }
-    {
-        const auto translator = installTranslator(QString::fromLatin1(kLibraryFiles[1]));
-        QVERIFY(translator);
-        QCOMPARE(render(), french);
+        QCOMPARE(render(), expected[i]);
     }
     QCOMPARE(render(), english);
 }
@@ -276,29 +283,6 @@ void tst_CameraTranslations::installAndRemove()
     QCOMPARE(transformFPS(0.0), QStringLiteral("Maximum"));
     QCOMPARE(ko::triggerEventName(QStringLiteral("unknown")), QStringLiteral("unknown"));
     QVERIFY(QCoreApplication::removeTranslator(german.get()));
-}
-
-void tst_CameraTranslations::qtCataloguesSelfContained_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("expected");
-
-    QTest::newRow("de") << kQtFiles[0] << "Zeigt Versionsinformation an.";
-    QTest::newRow("fr") << kQtFiles[1] << "Afficher les informations de version.";
-}
-
-// Qt's own texts from QtCore are translated by the embedded Qt catalogue alone: it does not
-// depend on any other catalogue file.
-void tst_CameraTranslations::qtCataloguesSelfContained()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, expected);
-
-    const auto translator = installTranslator(file);
-    QVERIFY(translator);
-    QCommandLineParser parser;
-    parser.addVersionOption();
-    QVERIFY2(parser.helpText().contains(expected), qPrintable(parser.helpText()));
 }
 
 QTEST_GUILESS_MAIN(tst_CameraTranslations)
