@@ -27,9 +27,20 @@
 
 // CoreQt
 #include "Version.h"
+#include "kom/komQtConditionVariable.h"
+#include "kom/komQtLock.h"
+#include "kom/komQtSignalBlocker.h"
+#include "kom/komQtSynchronizationFactory.h"
+#include "kom/komQtThreadSpawner.h"
 #include "log/DeviceStream.h"
 #include "log/KomLogHandler.h"
 #include "log/LogQt.h"
 #include "log/StreambufDevice.h"
+#include "signals/QtSlot.h"
+#include "signals/SignalUtils.h"
+#include "threads/IInterface.h"
+#include "threads/IRunnable.h"
+#include "threads/komQtThreadPool.h"
+#include "threads/komQtWorkerThread.h"
 
 #endif // COREQT_H
