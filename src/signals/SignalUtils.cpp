@@ -160,9 +160,11 @@ bool invokeSlot(QObject* object, const char* slot, Qt::ConnectionType type, QGen
                 QGenericArgument val9)
 {
     const int index = indexOfCode(object, slot, &QMetaObject::indexOfSlot);
-    if (index >= 0
-        && object->metaObject()->method(index).invoke(object, type, QGenericReturnArgument(), val0, val1, val2,
-                                                      val3, val4, val5, val6, val7, val8, val9))
+    // indexOfSlot() also finds Q_INVOKABLE methods; only real slots are invoked here.
+    const QMetaMethod method = index >= 0 ? object->metaObject()->method(index) : QMetaMethod();
+    if (method.methodType() == QMetaMethod::Slot
+        && method.invoke(object, type, QGenericReturnArgument(), val0, val1, val2, val3, val4, val5, val6, val7,
+                         val8, val9))
         return true;
     LogLine(Log::Error) << "invokeMethod " << classOf(object) << "." << slot << " failed.";
     return false;

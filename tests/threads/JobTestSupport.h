@@ -1,6 +1,7 @@
 #ifndef COREQT_TESTS_JOBTESTSUPPORT_H
 #define COREQT_TESTS_JOBTESTSUPPORT_H
 
+#include "kom/komQtLock.h"
 #include "threads/IRunnable.h"
 #include "threads/komQtThreadPool.h"
 #include "threads/komQtWorkerThread.h"
@@ -17,8 +18,11 @@
 #include <atomic>
 #include <functional>
 
-/** Runs an event loop until @p done is true or @p timeoutMs pass; returns @p done's last answer. */
-inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000)
+/**
+ * Runs an event loop until @p done (asked every @p pollMs) is true or @p timeoutMs pass;
+ * returns @p done's last answer.
+ */
+inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000, int pollMs = 1)
 {
     QElapsedTimer clock;
     clock.start();
@@ -28,7 +32,7 @@ inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000)
         if (done() || clock.elapsed() > timeoutMs)
             loop.quit();
     });
-    poll.start(1);
+    poll.start(pollMs);
     if (!done())
         loop.exec();
     return done();
@@ -118,6 +122,16 @@ public:
         for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
             all << thread;
         return all;
+    }
+
+    /** Queued and running jobs of every worker, idle or busy. */
+    int totalWorkLoad() const
+    {
+        QMutexLocker locker(mLock);
+        int load = 0;
+        for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
+            load += thread->workLoad();
+        return load;
     }
 
     /** Ends the loop of the caller waiting under @p key with @p code; false when nobody waits there. */
