@@ -210,7 +210,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
     }
     {
         QMutexLocker locker(mLock);
-        const bool wasIdle = isIdle();
+        const bool wasIdle = !mIdleThreads.isEmpty();
         const bool known = mBusyThreads.removeAll(thread) + mIdleThreads.removeAll(thread) > 0;
         // A worker in neither list was discarded and shut down; taking it back would leave a
         // dangling worker in the idle list once it deletes itself.
@@ -220,7 +220,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
             exitLoop(loop, jobId);
         if (QEventLoop* loop = mEventLoops.value(0))
             exitLoop(loop, jobId);
-        if (!wasIdle && isIdle()) {
+        if (!wasIdle && !mIdleThreads.isEmpty()) {
             mIdleSince.start();
             Q_EMIT idle();
         }

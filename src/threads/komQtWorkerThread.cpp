@@ -3,6 +3,8 @@
 #include "log/LogQt.h"
 #include "threads/IRunnable.h"
 
+#include <QDateTime>
+#include <QElapsedTimer>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QTime>
@@ -19,6 +21,26 @@ namespace
 komQtWorkerThread::SchedulePriority masked(int priority)
 {
     return komQtWorkerThread::SchedulePriority(priority & komQtThreadPool::SchedulePriorityMask);
+}
+
+// The local time of day, as QTime::currentTime() gives it, for a job timer started before every
+// job. QTime::currentTime() converts to local time on each call, and the C library then checks
+// the time zone file each time (a file system call unless TZ is set), which would cost more than
+// the job pool's own work per job. The offset from UTC is looked up at most once a second per
+// thread instead; a time zone or daylight saving change is seen within that second.
+QTime currentLocalTime()
+{
+    constexpr qint64 msecsPerDay = 86400000;
+    thread_local qint64 offsetValidFrom = 0;
+    thread_local qint64 offsetValidUntil = 0;
+    thread_local qint64 offsetMsecs = 0;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    if (now < offsetValidFrom || now >= offsetValidUntil) {
+        offsetMsecs = qint64(QDateTime::fromMSecsSinceEpoch(now).offsetFromUtc()) * 1000;
+        offsetValidFrom = now;
+        offsetValidUntil = now + 1000;
+    }
+    return QTime::fromMSecsSinceStartOfDay(int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
 }
 
 } // namespace
@@ -132,6 +154,7 @@ void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, Sche
     const JobEntry entry(jobId, runnable, priority);
     if (QObject* object = dynamic_cast<QObject*>(runnable.get()))
         object->moveToThread(this);
+    bool wake;
     {
         QMutexLocker queueLock(mQueueMutex);
         const int i = insertIndexOf(priority);
@@ -139,10 +162,16 @@ void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, Sche
             mJobs.insert(i, entry);
         else
             mJobs.append(entry);
+        // A worker in hand with a job looks at the queue again before it sleeps; only one
+        // without a job may be asleep or about to sleep.
+        wake = mCurrent.jobId == -1;
     }
-    // Under the wait mutex, so the wake cannot fall between the loop's look at the queue and its wait.
-    QMutexLocker waitLock(mWaitMutex);
-    mWaitCondition->wakeAll();
+    if (wake) {
+        // Under the wait mutex, so the wake cannot fall between the loop's look at the queue and
+        // its wait.
+        QMutexLocker waitLock(mWaitMutex);
+        mWaitCondition->wakeAll();
+    }
 }
 
 bool komQtWorkerThread::requestAbort(int jobId)
@@ -235,42 +264,51 @@ void komQtWorkerThread::shutDown()
 void komQtWorkerThread::run()
 {
     QThread::setTerminationEnabled(true);
+    int appliedPriority = -1; // the thread priority last set here
+    kom::smart<IRunnable> job; // the job in hand; let go of only while no worker lock is held
     while (!mShutDown) {
         mWaitMutex->lock();
+        mQueueMutex->lock();
         for (;;) {
-            mQueueMutex->lock();
+            mCurrent.clear();
             if (mJobs.isEmpty())
                 break;
             mCurrent = mJobs.takeFirst();
-            kom::smart<IRunnable> job(mCurrent.runnable);
             const int jobId = mCurrent.jobId;
             const int priority = mCurrent.priority;
             // An empty handle is outside the scheduling contract: it is dropped like an aborted job.
-            const bool drop = !job || job->mAbortRequested;
-            if (drop)
-                mCurrent.clear();
+            const bool drop = !mCurrent.runnable || mCurrent.runnable->mAbortRequested;
             mQueueMutex->unlock();
-            // No worker lock is held while a job runs or may die with its last handle.
+            // No worker lock is held while a job runs: schedule() never waits for a job.
             mWaitMutex->unlock();
+            job = mCurrent.runnable; // only this thread changes mCurrent
             if (!drop) {
                 // Only real thread priorities are applied; InheritPriority and larger values keep
                 // the thread's priority as it is.
-                if (priority <= QThread::TimeCriticalPriority
-                    && QThread::priority() != QThread::Priority(priority))
+                if (priority <= QThread::TimeCriticalPriority && priority != appliedPriority) {
                     setPriority(QThread::Priority(priority));
-                mJobTimer->start();
+                    appliedPriority = priority;
+                }
+                // Started like QTime::start(); the elapsed time is read from the monotonic clock,
+                // which agrees with QTime::elapsed() and stays right across clock changes.
+                *mJobTimer = currentLocalTime();
+                QElapsedTimer clock;
+                clock.start();
                 Q_EMIT jobStarted(jobId);
                 job->run(jobId, *mJobTimer);
-                const int elapsed = mJobTimer->elapsed();
+                const int elapsed = int(clock.elapsed());
                 Q_EMIT jobFinished(jobId, elapsed);
-                mQueueMutex->lock();
-                mCurrent.clear();
-                mQueueMutex->unlock();
             }
-            job.reset();
             mWaitMutex->lock();
+            mQueueMutex->lock();
         }
-        mCurrent.clear();
+        if (job) {
+            // Let go of the last job with no lock held (it may die here), then look again.
+            mQueueMutex->unlock();
+            mWaitMutex->unlock();
+            job.reset();
+            continue;
+        }
         const bool stopping = mShutDown;
         mQueueMutex->unlock();
         // shutDown() sets the flag before it takes the wait mutex: either the flag is seen here,

@@ -77,6 +77,7 @@ public:
         mThread = self;
         mPriority = self->priority();
         mTimerValid = timer.isValid();
+        mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
         mStarted.release();
         if (mGate)
             mGate->acquire();
@@ -102,6 +103,7 @@ public:
     QPointer<QThread> mThread;
     QThread::Priority mPriority = QThread::InheritPriority;
     bool mTimerValid = false;
+    int mTimerLag = -1; // ms from the timer's start to the job's first look at the clock
 };
 
 inline std::atomic<int> RecordingJob::sAlive{0};
