@@ -297,6 +297,11 @@ void komQtWorkerThread::run()
                 Q_EMIT jobStarted(jobId);
                 job->run(jobId, *mJobTimer);
                 const int elapsed = int(clock.elapsed());
+                // Cleared before the end is announced: once the pool has taken the worker back, the
+                // job must not show as running any more.
+                mQueueMutex->lock();
+                mCurrent.clear();
+                mQueueMutex->unlock();
                 Q_EMIT jobFinished(jobId, elapsed);
             }
             mWaitMutex->lock();

@@ -299,13 +299,13 @@ void tst_komQtSynchronization::spawnerMisuse()
     QFETCH(int, runs);
     TerminalRecorder terminal;
     QSemaphore gate;
-    QList<CountingRunnable*> runnables;
+    QList<kom::smart<CountingRunnable>> runnables; // kept alive here: the spawner drops a replaced one
     {
         komQtThreadSpawner spawner;
         for (const QChar step : steps) {
             if (step == QLatin1Char('s')) {
-                runnables << new CountingRunnable(&gate);
-                spawner.setRunnable(kom::smart<komRunnableInterface>(runnables.last()));
+                runnables << kom::smart<CountingRunnable>(new CountingRunnable(&gate));
+                spawner.setRunnable(runnables.last());
             } else if (step == QLatin1Char('p')) {
                 spawner.spawnThread();
             } else {
@@ -319,7 +319,7 @@ void tst_komQtSynchronization::spawnerMisuse()
         gate.release(10);
         spawner.wait(); // a restart after the wait is not waited for by the spawner itself
         int total = 0;
-        for (CountingRunnable* runnable : qAsConst(runnables))
+        for (const auto& runnable : qAsConst(runnables))
             total += runnable->mRuns;
         QCOMPARE(total, runs);
     }
