@@ -27,8 +27,7 @@ void work(int microseconds)
     if (microseconds <= 0)
         return;
     const auto end = std::chrono::steady_clock::now() + std::chrono::microseconds(microseconds);
-    while (std::chrono::steady_clock::now() < end) {
-    }
+    while (std::chrono::steady_clock::now() < end) { }
 }
 
 class Job : public ko::IRunnable
@@ -59,8 +58,7 @@ private:
 };
 
 // Runs the current thread's event loop until @p done is true.
-template <class Done>
-void spin(Done done)
+template <class Done> void spin(Done done)
 {
     QEventLoop loop;
     QTimer poll;
@@ -112,10 +110,10 @@ void BM_QThreadPool(benchmark::State& state)
 
 void jobArguments(benchmark::internal::Benchmark* b)
 {
-    b->ArgNames({"jobs", "us"});
-    b->Args({20000, 0});
-    b->Args({10000, 10});
-    b->Args({2000, 100});
+    b->ArgNames({ "jobs", "us" });
+    b->Args({ 20000, 0 });
+    b->Args({ 10000, 10 });
+    b->Args({ 2000, 100 });
     b->Unit(benchmark::kMillisecond);
     b->UseRealTime();
     b->Repetitions(5);
@@ -135,7 +133,8 @@ public:
         for (const Run& run : runs) {
             const std::string name = run.benchmark_name();
             const auto slash = name.find('/');
-            if (slash == std::string::npos || run.run_type != Run::RT_Aggregate || run.aggregate_name != "median")
+            if (slash == std::string::npos || run.run_type != Run::RT_Aggregate
+                || run.aggregate_name != "median")
                 continue;
             mTimes[name.substr(slash)][name.substr(0, slash)] = run.GetAdjustedRealTime();
         }

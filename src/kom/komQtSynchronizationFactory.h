@@ -6,7 +6,8 @@
 #include "platform/kom/komSynchronization.h"
 
 /** Hands the middleware Qt-backed locks, condition variables and thread spawners; the caller owns them. */
-class COREQT_EXPORT komQtSynchronizationFactory : public komObject, public virtual komSynchronizationFactoryInterface
+class COREQT_EXPORT komQtSynchronizationFactory : public komObject,
+                                                  public virtual komSynchronizationFactoryInterface
 {
 public:
     /** A factory. */

@@ -36,7 +36,7 @@ QtSignal::QtSignal(const QObject* sender_, const char* signal_)
 }
 
 SignalConnection::SignalConnection(const QObject* sender_, const char* signal_, const QObject* receiver_,
-                                   const char* method_, Qt::ConnectionType type_)
+    const char* method_, Qt::ConnectionType type_)
     : sender(const_cast<QObject*>(sender_))
     , signal(signal_)
     , receiver(const_cast<QObject*>(receiver_))
@@ -46,12 +46,12 @@ SignalConnection::SignalConnection(const QObject* sender_, const char* signal_, 
 }
 
 bool connect(const QObject* sender, const char* signal, const QObject* receiver, const char* method,
-             Qt::ConnectionType type)
+    Qt::ConnectionType type)
 {
     if (QObject::connect(sender, signal, receiver, method, type))
         return true;
-    LogLine(Log::Error) << "Connect " << classOf(sender) << "." << signal << " to " << classOf(receiver) << "."
-                        << method << " failed.";
+    LogLine(Log::Error) << "Connect " << classOf(sender) << "." << signal << " to " << classOf(receiver)
+                        << "." << method << " failed.";
     return false;
 }
 
@@ -80,8 +80,8 @@ bool disconnect(const QObject* sender, const char* signal, const QObject* receiv
     const bool done = QObject::disconnect(sender, signal, receiver, method);
     // Wildcard disconnects finding nothing are normal and stay silent.
     if (!done && sender && signal && receiver && method)
-        LogLine(Log::Error) << "Disconnect " << classOf(sender) << "." << signal << " to " << classOf(receiver)
-                            << "." << method << " failed.";
+        LogLine(Log::Error) << "Disconnect " << classOf(sender) << "." << signal << " to "
+                            << classOf(receiver) << "." << method << " failed.";
     return done;
 }
 
@@ -129,61 +129,63 @@ bool existsSignal(const QObject* object, const char* signal)
 }
 
 bool invoke(QObject* object, const char* member, Qt::ConnectionType type, QGenericArgument val0,
-            QGenericArgument val1, QGenericArgument val2, QGenericArgument val3, QGenericArgument val4,
-            QGenericArgument val5, QGenericArgument val6, QGenericArgument val7, QGenericArgument val8,
-            QGenericArgument val9)
+    QGenericArgument val1, QGenericArgument val2, QGenericArgument val3, QGenericArgument val4,
+    QGenericArgument val5, QGenericArgument val6, QGenericArgument val7, QGenericArgument val8,
+    QGenericArgument val9)
 {
-    if (QMetaObject::invokeMethod(object, member, type, QGenericReturnArgument(), val0, val1, val2, val3, val4, val5,
-                                  val6, val7, val8, val9))
+    if (QMetaObject::invokeMethod(object, member, type, QGenericReturnArgument(), val0, val1, val2, val3,
+            val4, val5, val6, val7, val8, val9))
         return true;
     LogLine(Log::Error) << "invokeMethod " << classOf(object) << "." << member << " failed.";
     return false;
 }
 
 bool invokeDirect(QObject* object, const char* member, QGenericArgument val0, QGenericArgument val1,
-                  QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
-                  QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
+    QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
+    QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
 {
-    return invoke(object, member, Qt::DirectConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
+    return invoke(
+        object, member, Qt::DirectConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
 }
 
 bool invokeQueued(QObject* object, const char* member, QGenericArgument val0, QGenericArgument val1,
-                  QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
-                  QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
+    QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
+    QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
 {
-    return invoke(object, member, Qt::QueuedConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
+    return invoke(
+        object, member, Qt::QueuedConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
 }
 
 bool invokeSlot(QObject* object, const char* slot, Qt::ConnectionType type, QGenericArgument val0,
-                QGenericArgument val1, QGenericArgument val2, QGenericArgument val3, QGenericArgument val4,
-                QGenericArgument val5, QGenericArgument val6, QGenericArgument val7, QGenericArgument val8,
-                QGenericArgument val9)
+    QGenericArgument val1, QGenericArgument val2, QGenericArgument val3, QGenericArgument val4,
+    QGenericArgument val5, QGenericArgument val6, QGenericArgument val7, QGenericArgument val8,
+    QGenericArgument val9)
 {
     const int index = indexOfCode(object, slot, &QMetaObject::indexOfSlot);
     // indexOfSlot() also finds Q_INVOKABLE methods; only real slots are invoked here.
     const QMetaMethod method = index >= 0 ? object->metaObject()->method(index) : QMetaMethod();
     if (method.methodType() == QMetaMethod::Slot
-        && method.invoke(object, type, QGenericReturnArgument(), val0, val1, val2, val3, val4, val5, val6, val7,
-                         val8, val9))
+        && method.invoke(object, type, QGenericReturnArgument(), val0, val1, val2, val3, val4, val5, val6,
+            val7, val8, val9))
         return true;
     LogLine(Log::Error) << "invokeMethod " << classOf(object) << "." << slot << " failed.";
     return false;
 }
 
 bool invokeSlotDirect(QObject* object, const char* slot, QGenericArgument val0, QGenericArgument val1,
-                      QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
-                      QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
+    QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
+    QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
 {
-    return invokeSlot(object, slot, Qt::DirectConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8,
-                      val9);
+    return invokeSlot(
+        object, slot, Qt::DirectConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
 }
 
 bool invokeSlotQueued(QObject* object, const char* slot, QGenericArgument val0, QGenericArgument val1,
-                      QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
-                      QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
+    QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
+    QGenericArgument val6, QGenericArgument val7, QGenericArgument val8, QGenericArgument val9)
 {
-    return invokeSlot(object, slot, Qt::QueuedConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8,
-                      val9);
+    return invokeSlot(
+        object, slot, Qt::QueuedConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
 }
 
 } // namespace ko

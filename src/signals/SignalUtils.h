@@ -28,7 +28,7 @@ struct COREQT_EXPORT SignalConnection
 {
     /** A connection from @p sender's @p signal to @p receiver's @p method. */
     SignalConnection(const QObject* sender, const char* signal, const QObject* receiver, const char* method,
-                     Qt::ConnectionType type = Qt::AutoConnection);
+        Qt::ConnectionType type = Qt::AutoConnection);
 
     /** The emitting object; null once it is destroyed. */
     QPointer<QObject> sender;
@@ -43,25 +43,25 @@ struct COREQT_EXPORT SignalConnection
 };
 
 /** QObject::connect; a failure is logged at level 3 with both classes and both method codes. */
-COREQT_EXPORT bool connect(const QObject* sender, const char* signal, const QObject* receiver, const char* method,
-                           Qt::ConnectionType type = Qt::AutoConnection);
+COREQT_EXPORT bool connect(const QObject* sender, const char* signal, const QObject* receiver,
+    const char* method, Qt::ConnectionType type = Qt::AutoConnection);
 /** Connects the five fields of @p conn. */
 COREQT_EXPORT bool connect(const SignalConnection& conn);
 /** Connects @p s to @p r. */
 COREQT_EXPORT bool connect(const QtSignal& s, const QtSlot& r, Qt::ConnectionType type = Qt::AutoConnection);
 /** Connects @p s to @p receiver's @p method. */
 COREQT_EXPORT bool connect(const QtSignal& s, const QObject* receiver, const char* method,
-                           Qt::ConnectionType type = Qt::AutoConnection);
+    Qt::ConnectionType type = Qt::AutoConnection);
 /** Connects @p sender's @p signal to @p r. */
-COREQT_EXPORT bool connect(const QObject* sender, const char* signal, const QtSlot& r,
-                           Qt::ConnectionType type = Qt::AutoConnection);
+COREQT_EXPORT bool connect(
+    const QObject* sender, const char* signal, const QtSlot& r, Qt::ConnectionType type = Qt::AutoConnection);
 
 /**
  * QObject::disconnect (null is "any"); a failure is logged at level 3 only when all four
  * arguments are given.
  */
-COREQT_EXPORT bool disconnect(const QObject* sender, const char* signal, const QObject* receiver,
-                              const char* method);
+COREQT_EXPORT bool disconnect(
+    const QObject* sender, const char* signal, const QObject* receiver, const char* method);
 /** Disconnects the connection @p conn names; its type is ignored. */
 COREQT_EXPORT bool disconnect(const SignalConnection& conn);
 /** Disconnects everything from @p sender to @p receiver. */
@@ -82,49 +82,47 @@ COREQT_EXPORT bool existsSignal(const QObject* object, const char* signal);
 
 /** QMetaObject::invokeMethod of the bare method name @p member; a failure is logged at level 3. */
 COREQT_EXPORT bool invoke(QObject* object, const char* member, Qt::ConnectionType type,
-                          QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
-                          QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
-                          QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
-                          QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
-                          QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
+    QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
+    QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
+    QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
+    QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
+    QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 /** invoke() with Qt::DirectConnection. */
-COREQT_EXPORT bool invokeDirect(QObject* object, const char* member, QGenericArgument val0 = QGenericArgument(),
-                                QGenericArgument val1 = QGenericArgument(), QGenericArgument val2 = QGenericArgument(),
-                                QGenericArgument val3 = QGenericArgument(), QGenericArgument val4 = QGenericArgument(),
-                                QGenericArgument val5 = QGenericArgument(), QGenericArgument val6 = QGenericArgument(),
-                                QGenericArgument val7 = QGenericArgument(), QGenericArgument val8 = QGenericArgument(),
-                                QGenericArgument val9 = QGenericArgument());
+COREQT_EXPORT bool invokeDirect(QObject* object, const char* member,
+    QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
+    QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
+    QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
+    QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
+    QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 /** invoke() with Qt::QueuedConnection. */
-COREQT_EXPORT bool invokeQueued(QObject* object, const char* member, QGenericArgument val0 = QGenericArgument(),
-                                QGenericArgument val1 = QGenericArgument(), QGenericArgument val2 = QGenericArgument(),
-                                QGenericArgument val3 = QGenericArgument(), QGenericArgument val4 = QGenericArgument(),
-                                QGenericArgument val5 = QGenericArgument(), QGenericArgument val6 = QGenericArgument(),
-                                QGenericArgument val7 = QGenericArgument(), QGenericArgument val8 = QGenericArgument(),
-                                QGenericArgument val9 = QGenericArgument());
+COREQT_EXPORT bool invokeQueued(QObject* object, const char* member,
+    QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
+    QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
+    QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
+    QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
+    QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 
 /** Invokes the slot given by its method code @p slot ("1name(args)"); a failure is logged at level 3. */
 COREQT_EXPORT bool invokeSlot(QObject* object, const char* slot, Qt::ConnectionType type,
-                              QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
-                              QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
-                              QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
-                              QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
-                              QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
+    QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
+    QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
+    QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
+    QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
+    QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 /** invokeSlot() with Qt::DirectConnection. */
 COREQT_EXPORT bool invokeSlotDirect(QObject* object, const char* slot,
-                                    QGenericArgument val0 = QGenericArgument(),
-                                    QGenericArgument val1 = QGenericArgument(), QGenericArgument val2 = QGenericArgument(),
-                                    QGenericArgument val3 = QGenericArgument(), QGenericArgument val4 = QGenericArgument(),
-                                    QGenericArgument val5 = QGenericArgument(), QGenericArgument val6 = QGenericArgument(),
-                                    QGenericArgument val7 = QGenericArgument(), QGenericArgument val8 = QGenericArgument(),
-                                    QGenericArgument val9 = QGenericArgument());
+    QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
+    QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
+    QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
+    QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
+    QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 /** invokeSlot() with Qt::QueuedConnection. */
 COREQT_EXPORT bool invokeSlotQueued(QObject* object, const char* slot,
-                                    QGenericArgument val0 = QGenericArgument(),
-                                    QGenericArgument val1 = QGenericArgument(), QGenericArgument val2 = QGenericArgument(),
-                                    QGenericArgument val3 = QGenericArgument(), QGenericArgument val4 = QGenericArgument(),
-                                    QGenericArgument val5 = QGenericArgument(), QGenericArgument val6 = QGenericArgument(),
-                                    QGenericArgument val7 = QGenericArgument(), QGenericArgument val8 = QGenericArgument(),
-                                    QGenericArgument val9 = QGenericArgument());
+    QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
+    QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
+    QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
+    QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
+    QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 
 } // namespace ko
 

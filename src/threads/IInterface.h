@@ -18,7 +18,7 @@ public:
     /** Destroys the object through any of its interfaces. */
     virtual ~IInterface();
 
-    /** This object when @p name is exactly "ko::IInterface", otherwise null; subclasses add their own names. */
+    /** This object when @p name is exactly "ko::IInterface", otherwise null; subclasses add names. */
     virtual IInterface* getInterface(const std::string& name);
     /** The const form: calls the non-const getInterface() virtually, so overrides apply. */
     virtual const IInterface* getInterface(const std::string& name) const;

@@ -28,7 +28,8 @@ void exitLoop(QEventLoop* loop, int code)
     if (loop->thread() == QThread::currentThread())
         loop->exit(code);
     else
-        QMetaObject::invokeMethod(loop, [loop, code]() { loop->exit(code); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            loop, [loop, code]() { loop->exit(code); }, Qt::QueuedConnection);
 }
 
 // Registers a waiting caller's loop under a key for the lifetime of a wait. A wait nested inside
@@ -152,8 +153,10 @@ komQtWorkerThread* komQtThreadPool::allocateIdleThread()
         // same, whose event loop deletes it when it ends.
         thread->moveToThread(QObject::thread());
         ko::connect(thread, SIGNAL(jobStarted(int)), this, SIGNAL(jobStarted(int)), Qt::AutoConnection);
-        ko::connect(thread, SIGNAL(jobFinished(int,int)), this, SIGNAL(jobFinished(int,int)), Qt::AutoConnection);
-        ko::connect(thread, SIGNAL(jobFinished(int,int)), this, SLOT(reclaimThread(int,int)), Qt::AutoConnection);
+        ko::connect(
+            thread, SIGNAL(jobFinished(int, int)), this, SIGNAL(jobFinished(int, int)), Qt::AutoConnection);
+        ko::connect(
+            thread, SIGNAL(jobFinished(int, int)), this, SLOT(reclaimThread(int, int)), Qt::AutoConnection);
         ko::connect(thread, SIGNAL(finished()), this, SLOT(discardThread()), Qt::AutoConnection);
         ko::connect(thread, SIGNAL(destroyed()), this, SLOT(discardThread()), Qt::AutoConnection);
         thread->start(QThread::InheritPriority);

@@ -70,8 +70,8 @@ public:
      * Queues @p job with @p priority under @p jobId (a negative id draws a new one)
      * on a free worker, a new one, or the least-loaded busy one; returns the id.
      */
-    virtual int schedule(kom::smart<IRunnable> job, SchedulePriority priority = ScheduleNormalPriority,
-                         int jobId = -1);
+    virtual int schedule(
+        kom::smart<IRunnable> job, SchedulePriority priority = ScheduleNormalPriority, int jobId = -1);
     /** Moves the queued job @p jobId of a busy worker; true when some busy worker had it queued. */
     virtual bool changePriority(int jobId, SchedulePriority priority);
     /** Sets the maximum number of workers and discards idle workers above it. */
@@ -103,7 +103,7 @@ public:
 
     /** For a non-negative @p timeout (ms), makes @p timer a single shot that quits @p loop. */
     void setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long timeout);
-    /** Waits in a nested event loop until @p jobId ends (true) or @p timeout ms pass (false); -1: no limit. */
+    /** Waits in a nested event loop until @p jobId ends (true) or @p timeout ms (-1: no limit) pass. */
     bool waitForFinished(int jobId, long timeout = -1);
     /** Waits in a nested event loop until no worker is busy (true) or @p timeout ms pass (false). */
     bool waitForAllFinished(long timeout = -1);
@@ -152,8 +152,8 @@ private:
 };
 
 /** Combines a priority with ScheduleLifo. */
-inline komQtThreadPool::SchedulePriority operator|(komQtThreadPool::SchedulePriority a,
-                                                   komQtThreadPool::SchedulePriority b)
+inline komQtThreadPool::SchedulePriority operator|(
+    komQtThreadPool::SchedulePriority a, komQtThreadPool::SchedulePriority b)
 {
     return komQtThreadPool::SchedulePriority(int(a) | int(b));
 }

@@ -40,7 +40,8 @@ QTime currentLocalTime()
         offsetValidFrom = now;
         offsetValidUntil = now + 1000;
     }
-    return QTime::fromMSecsSinceStartOfDay(int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
+    return QTime::fromMSecsSinceStartOfDay(
+        int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
 }
 
 } // namespace
@@ -117,7 +118,8 @@ int komQtWorkerThread::insertIndexOf(SchedulePriority priority) const
     if (count == 0)
         return 0;
     const bool lifo = (priority & komQtThreadPool::ScheduleLifo) != 0;
-    bool (*lessThan)(const JobEntry&, const JobEntry&) = lifo ? &lessThanByLifoPriority : &lessThanByFifoPriority;
+    bool (*lessThan)(const JobEntry&, const JobEntry&)
+        = lifo ? &lessThanByLifoPriority : &lessThanByFifoPriority;
     JobEntry probe;
     probe.jobId = INT_MAX;
     probe.priority = masked(priority);

@@ -26,7 +26,7 @@ QList<Report> sReports;
 
 void recordTerminal(const komString& message, const komObject* sender)
 {
-    sReports << Report{QString::fromLatin1(message.text()), sender};
+    sReports << Report { QString::fromLatin1(message.text()), sender };
 }
 
 // Installs a terminal handler that records and returns; restores the previous one.
@@ -60,13 +60,14 @@ public:
     {
         kom::komStatusMessageProcessor::defaultProcessor()->removeStatusMessageHandler(this);
     }
-    void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject* sender) override
+    void sendStatusMessage(
+        kom::StatusMessageType type, const komString& text, const komObject* sender) override
     {
         QMutexLocker lock(&mMutex);
         mMessages << QStringLiteral("%1 %2").arg(int(type)).arg(QString::fromLatin1(text.text()));
         mSenders << sender;
     }
-    void setStatusMessageVerbosity(kom::StatusMessageType) override {}
+    void setStatusMessageVerbosity(kom::StatusMessageType) override { }
     kom::StatusMessageType statusMessageVerbosity() const override { return kom::StatusTrace; }
     QStringList messages()
     {
@@ -88,8 +89,8 @@ private:
 class OtherLock : public komLockInterface
 {
 public:
-    void acquire() override {}
-    void release() override {}
+    void acquire() override { }
+    void release() override { }
 };
 
 // Counts its runs; holds at a gate first when it has one.
@@ -107,7 +108,7 @@ public:
         ++mRuns;
     }
     QSemaphore* mGate;
-    std::atomic<int> mRuns{0};
+    std::atomic<int> mRuns { 0 };
 };
 
 const QString kWaiting = QStringLiteral("40 waiting for thread to terminate...");
@@ -205,7 +206,7 @@ void tst_komQtSynchronization::conditionVariableWakes()
     komQtConditionVariable condition(&lock);
     int ready = 0;
     int woken = 0;
-    std::atomic<int> failedWaits{0};
+    std::atomic<int> failedWaits { 0 };
     // signal() wakes one waiter, signalAll() the rest.
     auto waiter = [&]() {
         lock.acquire();
@@ -288,8 +289,10 @@ void tst_komQtSynchronization::spawnerMisuse_data()
     QTest::newRow("spawned twice") << "sppw" << QStringList("thread has already been spawned!") << 1;
     QTest::newRow("waited twice") << "spww" << QStringList("thread has already been waited upon!") << 1;
     QTest::newRow("spawned after the wait")
-        << "spwp" << QStringList({"thread has already been waited upon!", "thread has already been spawned!"}) << 2;
-    QTest::newRow("waited, never spawned") << "ww" << QStringList("thread has already been waited upon!") << 0;
+        << "spwp"
+        << QStringList({ "thread has already been waited upon!", "thread has already been spawned!" }) << 2;
+    QTest::newRow("waited, never spawned")
+        << "ww" << QStringList("thread has already been waited upon!") << 0;
 }
 
 void tst_komQtSynchronization::spawnerMisuse()
@@ -329,7 +332,7 @@ void tst_komQtSynchronization::spawnerDestructorWaits_data()
 {
     QTest::addColumn<bool>("spawn");
     QTest::addColumn<QStringList>("messages");
-    QTest::newRow("spawned") << true << QStringList({kSpawned, kReturned, kWaiting, kTerminated});
+    QTest::newRow("spawned") << true << QStringList({ kSpawned, kReturned, kWaiting, kTerminated });
     QTest::newRow("never spawned") << false << QStringList();
 }
 

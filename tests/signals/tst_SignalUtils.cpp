@@ -26,7 +26,7 @@ public Q_SLOTS:
         last = value;
         ++pings;
     }
-    void onTimeout() {}
+    void onTimeout() { }
 };
 
 typedef std::function<bool(Emitter* sender, Emitter* receiver)> Call;
@@ -68,17 +68,19 @@ void tst_SignalUtils::connectFailures_data()
     QTest::addColumn<bool>("expected");
     QTest::addColumn<QStringList>("errors");
     QTest::newRow("connects") << QByteArray(kPing) << QByteArray(kOnPing) << false << true << QStringList();
-    QTest::newRow("signal to signal") << QByteArray(kPing) << QByteArray(kPing) << false << true << QStringList();
-    QTest::newRow("no such signal")
-        << QByteArray("2nothing()") << QByteArray(kOnPing) << false << false
-        << QStringList("Connect Emitter.2nothing() to Emitter.1onPing(int) failed.");
+    QTest::newRow("signal to signal")
+        << QByteArray(kPing) << QByteArray(kPing) << false << true << QStringList();
+    QTest::newRow("no such signal") << QByteArray("2nothing()") << QByteArray(kOnPing) << false << false
+                                    << QStringList(
+                                           "Connect Emitter.2nothing() to Emitter.1onPing(int) failed.");
     QTest::newRow("no such slot") << QByteArray(kPing) << QByteArray("1missing()") << false << false
                                   << QStringList("Connect Emitter.2ping(int) to Emitter.1missing() failed.");
     QTest::newRow("arguments do not fit")
         << QByteArray("2pong()") << QByteArray(kOnPing) << false << false
         << QStringList("Connect Emitter.2pong() to Emitter.1onPing(int) failed.");
-    QTest::newRow("code digit missing") << QByteArray("ping(int)") << QByteArray(kOnPing) << false << false
-                                        << QStringList("Connect Emitter.ping(int) to Emitter.1onPing(int) failed.");
+    QTest::newRow("code digit missing")
+        << QByteArray("ping(int)") << QByteArray(kOnPing) << false << false
+        << QStringList("Connect Emitter.ping(int) to Emitter.1onPing(int) failed.");
     // Outside the callers' contract: a null object is shown, not read.
     QTest::newRow("null sender") << QByteArray(kPing) << QByteArray(kOnPing) << true << false
                                  << QStringList("Connect (null).2ping(int) to Emitter.1onPing(int) failed.");
@@ -94,7 +96,7 @@ void tst_SignalUtils::connectFailures()
     LogCapture capture;
     Emitter sender, receiver;
     QCOMPARE(ko::connect(nullSender ? nullptr : &sender, signal.constData(), &receiver, method.constData()),
-             expected);
+        expected);
     QCOMPARE(capture.lines(ko::Log::Error), errors);
     QCOMPARE(capture.allLines().size(), errors.size());
 }
@@ -103,17 +105,19 @@ void tst_SignalUtils::connectOverloads_data()
 {
     QTest::addColumn<Call>("connectCall");
     QTest::addColumn<Call>("failingCall");
-    QTest::newRow("objects and codes")
-        << Call([](Emitter* s, Emitter* r) { return ko::connect(s, kPing, r, kOnPing, Qt::DirectConnection); })
-        << Call([](Emitter* s, Emitter* r) { return ko::connect(s, "2pong()", r, kOnPing); });
-    QTest::newRow("SignalConnection")
-        << Call([](Emitter* s, Emitter* r) { return ko::connect(ko::SignalConnection(s, kPing, r, kOnPing)); })
-        << Call([](Emitter* s, Emitter* r) { return ko::connect(ko::SignalConnection(s, "2pong()", r, kOnPing)); });
-    QTest::newRow("QtSignal and QtSlot")
-        << Call([](Emitter* s, Emitter* r) { return ko::connect(ko::QtSignal(s, kPing), ko::QtSlot(r, kOnPing)); })
-        << Call([](Emitter* s, Emitter* r) {
-               return ko::connect(ko::QtSignal(s, "2pong()"), ko::QtSlot(r, kOnPing));
-           });
+    QTest::newRow("objects and codes") << Call([](Emitter* s, Emitter* r) {
+        return ko::connect(s, kPing, r, kOnPing, Qt::DirectConnection);
+    }) << Call([](Emitter* s, Emitter* r) { return ko::connect(s, "2pong()", r, kOnPing); });
+    QTest::newRow("SignalConnection") << Call([](Emitter* s, Emitter* r) {
+        return ko::connect(ko::SignalConnection(s, kPing, r, kOnPing));
+    }) << Call([](Emitter* s, Emitter* r) {
+        return ko::connect(ko::SignalConnection(s, "2pong()", r, kOnPing));
+    });
+    QTest::newRow("QtSignal and QtSlot") << Call([](Emitter* s, Emitter* r) {
+        return ko::connect(ko::QtSignal(s, kPing), ko::QtSlot(r, kOnPing));
+    }) << Call([](Emitter* s, Emitter* r) {
+        return ko::connect(ko::QtSignal(s, "2pong()"), ko::QtSlot(r, kOnPing));
+    });
     QTest::newRow("QtSignal and codes")
         << Call([](Emitter* s, Emitter* r) { return ko::connect(ko::QtSignal(s, kPing), r, kOnPing); })
         << Call([](Emitter* s, Emitter* r) { return ko::connect(ko::QtSignal(s, "2pong()"), r, kOnPing); });
@@ -132,7 +136,8 @@ void tst_SignalUtils::connectOverloads()
     Q_EMIT sender.ping(7);
     QCOMPARE(receiver.last, 7);
     QVERIFY(!failingCall(&sender, &receiver));
-    QCOMPARE(capture.lines(ko::Log::Error), QStringList("Connect Emitter.2pong() to Emitter.1onPing(int) failed."));
+    QCOMPARE(capture.lines(ko::Log::Error),
+        QStringList("Connect Emitter.2pong() to Emitter.1onPing(int) failed."));
 }
 
 void tst_SignalUtils::disconnectLogging_data()
@@ -146,21 +151,22 @@ void tst_SignalUtils::disconnectLogging_data()
     QTest::newRow("SignalConnection") << Call([](Emitter* s, Emitter* r) {
         return ko::disconnect(ko::SignalConnection(s, kPing, r, kOnPing, Qt::QueuedConnection));
     }) << true << true;
-    QTest::newRow("QtSignal, receiver, method") << Call([](Emitter* s, Emitter* r) {
-        return ko::disconnect(ko::QtSignal(s, kPing), r, kOnPing);
-    }) << true << true;
-    QTest::newRow("sender and receiver") << Call([](Emitter* s, Emitter* r) { return ko::disconnect(s, r); })
-                                         << false << true;
-    QTest::newRow("from sender's signal") << Call([](Emitter* s, Emitter*) { return ko::disconnectFrom(s, kPing); })
-                                          << false << true;
+    QTest::newRow("QtSignal, receiver, method")
+        << Call([](Emitter* s, Emitter* r) { return ko::disconnect(ko::QtSignal(s, kPing), r, kOnPing); })
+        << true << true;
+    QTest::newRow("sender and receiver")
+        << Call([](Emitter* s, Emitter* r) { return ko::disconnect(s, r); }) << false << true;
+    QTest::newRow("from sender's signal")
+        << Call([](Emitter* s, Emitter*) { return ko::disconnectFrom(s, kPing); }) << false << true;
     QTest::newRow("from QtSignal") << Call([](Emitter* s, Emitter*) {
         return ko::disconnectFrom(ko::QtSignal(s, kPing));
     }) << false << true;
     // Qt refuses a null sender, so these never disconnect anything.
-    QTest::newRow("to receiver's method") << Call([](Emitter*, Emitter* r) { return ko::disconnectTo(r, kOnPing); })
-                                          << false << false;
-    QTest::newRow("to QtSlot") << Call([](Emitter*, Emitter* r) { return ko::disconnectTo(ko::QtSlot(r, kOnPing)); })
-                               << false << false;
+    QTest::newRow("to receiver's method")
+        << Call([](Emitter*, Emitter* r) { return ko::disconnectTo(r, kOnPing); }) << false << false;
+    QTest::newRow("to QtSlot") << Call([](Emitter*, Emitter* r) {
+        return ko::disconnectTo(ko::QtSlot(r, kOnPing));
+    }) << false << false;
 }
 
 void tst_SignalUtils::disconnectLogging()
@@ -173,7 +179,7 @@ void tst_SignalUtils::disconnectLogging()
     // Nothing connected: false, and a line only when all four parts were given.
     QVERIFY(!call(&sender, &receiver));
     QCOMPARE(capture.lines(ko::Log::Error),
-             logs ? QStringList("Disconnect Emitter.2ping(int) to Emitter.1onPing(int) failed.") : QStringList());
+        logs ? QStringList("Disconnect Emitter.2ping(int) to Emitter.1onPing(int) failed.") : QStringList());
     capture.clear();
     // Connected: Qt's result, and the connection is gone when it is true.
     QVERIFY(QObject::connect(&sender, kPing, &receiver, kOnPing));
@@ -191,13 +197,14 @@ void tst_SignalUtils::existsSignal_data()
     QTest::newRow("inherited") << QByteArray("2destroyed(QObject*)") << false << QStringList();
     QTest::newRow("own") << QByteArray(kPing) << false << QStringList();
     QTest::newRow("blanks are normalised") << QByteArray("2ping( int )") << false << QStringList();
-    QTest::newRow("a slot is no signal") << QByteArray(kOnPing) << false
-                                         << QStringList("Signal not found: Emitter::1onPing(int)");
+    QTest::newRow("a slot is no signal")
+        << QByteArray(kOnPing) << false << QStringList("Signal not found: Emitter::1onPing(int)");
     QTest::newRow("unknown") << QByteArray("2nothing()") << false
                              << QStringList("Signal not found: Emitter::2nothing()");
     QTest::newRow("wrong arguments") << QByteArray("2ping(QString)") << false
                                      << QStringList("Signal not found: Emitter::2ping(QString)");
-    QTest::newRow("null object") << QByteArray(kPing) << true << QStringList("Signal not found: (null)::2ping(int)");
+    QTest::newRow("null object") << QByteArray(kPing) << true
+                                 << QStringList("Signal not found: (null)::2ping(int)");
 }
 
 void tst_SignalUtils::existsSignal()
@@ -226,27 +233,27 @@ void tst_SignalUtils::invoke_data()
     QTest::newRow("invokeQueued") << Call([](Emitter* o, Emitter*) {
         return ko::invokeQueued(o, "onPing", Q_ARG(int, 5));
     }) << true << QStringList();
-    QTest::newRow("invoke, unknown")
-        << Call([](Emitter* o, Emitter*) { return ko::invokeDirect(o, "missing", Q_ARG(int, 5)); }) << false
-        << QStringList("invokeMethod Emitter.missing failed.");
+    QTest::newRow("invoke, unknown") << Call([](Emitter* o, Emitter*) {
+        return ko::invokeDirect(o, "missing", Q_ARG(int, 5));
+    }) << false << QStringList("invokeMethod Emitter.missing failed.");
     QTest::newRow("invoke, wrong argument")
         << Call([](Emitter* o, Emitter*) { return ko::invokeDirect(o, "onPing", Q_ARG(QString, QString())); })
         << false << QStringList("invokeMethod Emitter.onPing failed.");
     QTest::newRow("invoke, null object")
-        << Call([](Emitter*, Emitter*) { return ko::invokeDirect(nullptr, "onPing", Q_ARG(int, 5)); }) << false
-        << QStringList("invokeMethod (null).onPing failed.");
+        << Call([](Emitter*, Emitter*) { return ko::invokeDirect(nullptr, "onPing", Q_ARG(int, 5)); })
+        << false << QStringList("invokeMethod (null).onPing failed.");
     QTest::newRow("invokeSlot") << Call([](Emitter* o, Emitter*) {
         return ko::invokeSlot(o, kOnPing, Qt::AutoConnection, Q_ARG(int, 5));
     }) << false << QStringList();
-    QTest::newRow("invokeSlotDirect, blanks") << Call([](Emitter* o, Emitter*) {
-        return ko::invokeSlotDirect(o, "1onPing( int )", Q_ARG(int, 5));
-    }) << false << QStringList();
-    QTest::newRow("invokeSlotQueued") << Call([](Emitter* o, Emitter*) {
-        return ko::invokeSlotQueued(o, kOnPing, Q_ARG(int, 5));
-    }) << true << QStringList();
-    QTest::newRow("invokeSlot, not a slot")
-        << Call([](Emitter* o, Emitter*) { return ko::invokeSlotDirect(o, "1invokable(int)", Q_ARG(int, 5)); })
-        << false << QStringList("invokeMethod Emitter.1invokable(int) failed.");
+    QTest::newRow("invokeSlotDirect, blanks")
+        << Call([](Emitter* o, Emitter*) { return ko::invokeSlotDirect(o, "1onPing( int )", Q_ARG(int, 5)); })
+        << false << QStringList();
+    QTest::newRow("invokeSlotQueued")
+        << Call([](Emitter* o, Emitter*) { return ko::invokeSlotQueued(o, kOnPing, Q_ARG(int, 5)); }) << true
+        << QStringList();
+    QTest::newRow("invokeSlot, not a slot") << Call([](Emitter* o, Emitter*) {
+        return ko::invokeSlotDirect(o, "1invokable(int)", Q_ARG(int, 5));
+    }) << false << QStringList("invokeMethod Emitter.1invokable(int) failed.");
     QTest::newRow("invokeSlot, a signal")
         << Call([](Emitter* o, Emitter*) { return ko::invokeSlotDirect(o, kPing, Q_ARG(int, 5)); }) << false
         << QStringList("invokeMethod Emitter.2ping(int) failed.");
@@ -254,8 +261,8 @@ void tst_SignalUtils::invoke_data()
         << Call([](Emitter* o, Emitter*) { return ko::invokeSlotDirect(o, kOnPing); }) << false
         << QStringList("invokeMethod Emitter.1onPing(int) failed.");
     QTest::newRow("invokeSlot, null object")
-        << Call([](Emitter*, Emitter*) { return ko::invokeSlotDirect(nullptr, kOnPing, Q_ARG(int, 5)); }) << false
-        << QStringList("invokeMethod (null).1onPing(int) failed.");
+        << Call([](Emitter*, Emitter*) { return ko::invokeSlotDirect(nullptr, kOnPing, Q_ARG(int, 5)); })
+        << false << QStringList("invokeMethod (null).1onPing(int) failed.");
 }
 
 void tst_SignalUtils::invoke()

@@ -97,7 +97,7 @@ public:
     QSemaphore* mGate;
     int mSleepMs;
     QSemaphore mStarted;
-    std::atomic<int> mRuns{0};
+    std::atomic<int> mRuns { 0 };
     int mJobId = 0;
     QString mThreadName;
     QPointer<QThread> mThread;
@@ -106,7 +106,7 @@ public:
     int mTimerLag = -1; // ms from the timer's start to the job's first look at the clock
 };
 
-inline std::atomic<int> RecordingJob::sAlive{0};
+inline std::atomic<int> RecordingJob::sAlive { 0 };
 
 /** A pool whose internals a test can reach. */
 class TestPool : public ko::komQtThreadPool
@@ -165,10 +165,9 @@ public:
 };
 
 /** Schedules a new RecordingJob on @p pool and returns its handle; @p id receives the job id. */
-inline kom::smart<RecordingJob> scheduleJob(ko::komQtThreadPool& pool, int& id, int tag = 0, RunLog* log = nullptr,
-                                            QSemaphore* gate = nullptr, int sleepMs = 0,
-                                            ko::komQtThreadPool::SchedulePriority priority
-                                            = ko::komQtThreadPool::ScheduleNormalPriority)
+inline kom::smart<RecordingJob> scheduleJob(ko::komQtThreadPool& pool, int& id, int tag = 0,
+    RunLog* log = nullptr, QSemaphore* gate = nullptr, int sleepMs = 0,
+    ko::komQtThreadPool::SchedulePriority priority = ko::komQtThreadPool::ScheduleNormalPriority)
 {
     kom::smart<RecordingJob> job(new RecordingJob(tag, log, gate, sleepMs));
     id = pool.schedule(job, priority);

@@ -14,7 +14,7 @@ public:
             return this;
         return IInterface::getInterface(name);
     }
-    void run(int, QTime&) override {}
+    void run(int, QTime&) override { }
 };
 
 } // namespace

@@ -83,23 +83,23 @@ void tst_komQtThreadPool::metaObjectInterface()
             const QMetaMethod method = meta.method(i);
             result << QStringLiteral("%1 %2 %3 %4")
                           .arg(method.methodType() == QMetaMethod::Signal ? "signal" : "slot",
-                               QString::fromLatin1(method.typeName()),
-                               QString::fromLatin1(method.methodSignature()),
-                               QString::fromLatin1(method.parameterNames().join(',')));
+                              QString::fromLatin1(method.typeName()),
+                              QString::fromLatin1(method.methodSignature()),
+                              QString::fromLatin1(method.parameterNames().join(',')));
         }
         return result;
     };
     QCOMPARE(methods(komQtThreadPool::staticMetaObject),
-             QStringList({"signal void jobStarted(int) jobId", "signal void jobFinished(int,int) jobId,elapsedTime",
-                          "signal void idle() ", "signal void busy() ",
-                          "slot komQtWorkerThread* allocateIdleThread() ",
-                          "slot komQtWorkerThread* allocateBusyThread() ",
-                          "slot void reclaimThread(int,int,komQtWorkerThread*) jobId,elapsedTime,thread",
-                          "slot void reclaimThread(int,int) jobId,elapsedTime",
-                          "slot void reclaimThread(int) jobId", "slot void discardThread(komQtWorkerThread*) thread",
-                          "slot void discardThread() "}));
+        QStringList(
+            { "signal void jobStarted(int) jobId", "signal void jobFinished(int,int) jobId,elapsedTime",
+                "signal void idle() ", "signal void busy() ", "slot komQtWorkerThread* allocateIdleThread() ",
+                "slot komQtWorkerThread* allocateBusyThread() ",
+                "slot void reclaimThread(int,int,komQtWorkerThread*) jobId,elapsedTime,thread",
+                "slot void reclaimThread(int,int) jobId,elapsedTime", "slot void reclaimThread(int) jobId",
+                "slot void discardThread(komQtWorkerThread*) thread", "slot void discardThread() " }));
     QCOMPARE(methods(ko::komQtWorkerThread::staticMetaObject),
-             QStringList({"signal void jobStarted(int) jobId", "signal void jobFinished(int,int) jobId,elapsedTime"}));
+        QStringList(
+            { "signal void jobStarted(int) jobId", "signal void jobFinished(int,int) jobId,elapsedTime" }));
     QCOMPARE(ko::komQtWorkerThread::staticMetaObject.className(), "ko::komQtWorkerThread");
 }
 
@@ -126,7 +126,7 @@ void tst_komQtThreadPool::newPoolSignalsAndWorkerNames()
     // The wait returns at once if the job was quick; the worker clears its job just after the
     // end is announced.
     QVERIFY(spinUntil([&]() { return pool.isIdle() && pool.totalWorkLoad() == 0; }));
-    QCOMPARE(events, QStringList({"idle"}));
+    QCOMPARE(events, QStringList({ "idle" }));
     QVERIFY(pool.isIdle());
     QVERIFY(pool.isIdleSince().isValid());
     QCOMPARE(job1->mThreadName, QStringLiteral("Render-Thread-1"));
@@ -134,17 +134,18 @@ void tst_komQtThreadPool::newPoolSignalsAndWorkerNames()
     QSemaphore gate;
     int second, third, fourth;
     kom::smart<RecordingJob> job2 = scheduleJob(pool, second, 0, nullptr, &gate);
-    QCOMPARE(events, QStringList({"idle", "busy"}));
+    QCOMPARE(events, QStringList({ "idle", "busy" }));
     QVERIFY(!pool.isIdleSince().isValid());
     kom::smart<RecordingJob> job3 = scheduleJob(pool, third, 0, nullptr, &gate);
-    kom::smart<RecordingJob> job4 = scheduleJob(pool, fourth, 0, nullptr, &gate); // the maximum: a busy worker
+    kom::smart<RecordingJob> job4
+        = scheduleJob(pool, fourth, 0, nullptr, &gate); // the maximum: a busy worker
     QCOMPARE(pool.countThreads(), 2);
     QVERIFY(job2->waitStarted());
     QVERIFY(job3->waitStarted());
     QCOMPARE(job2->mThreadName, QStringLiteral("Render-Thread-1"));
     QCOMPARE(job3->mThreadName, QStringLiteral("Render-Thread-2"));
     QCOMPARE(capture.lines(ko::Log::Message),
-             QStringList({"QtThreadPool: count worker threads: 1", "QtThreadPool: count worker threads: 2"}));
+        QStringList({ "QtThreadPool: count worker threads: 1", "QtThreadPool: count worker threads: 2" }));
 
     gate.release(3);
     QVERIFY(spinUntil([&]() { return job4->mRuns == 1; }));
@@ -214,10 +215,11 @@ void tst_komQtThreadPool::waitLimits()
     if (releaseAfter >= 0)
         QTimer::singleShot(releaseAfter, &context, [&gate]() { gate.release(); });
     const bool result = all ? pool.waitForAllFinished(timeout) : pool.waitForFinished(id, timeout);
-    QVERIFY2(result == expected, qPrintable(QStringLiteral("runs %1 scheduled %2 busy %3")
-                                                .arg(job->mRuns.load())
-                                                .arg(pool.isScheduledOrRunning(id))
-                                                .arg(pool.countBusyThreads())));
+    QVERIFY2(result == expected,
+        qPrintable(QStringLiteral("runs %1 scheduled %2 busy %3")
+                       .arg(job->mRuns.load())
+                       .arg(pool.isScheduledOrRunning(id))
+                       .arg(pool.countBusyThreads())));
     QCOMPARE(capture.lines(ko::Log::Warning), warnings);
     QVERIFY(capture.lines(ko::Log::Error).isEmpty());
     QCOMPARE(job->mRuns.load(), expected ? 1 : 0);
@@ -234,14 +236,14 @@ void tst_komQtThreadPool::unexpectedLoopCodes_data()
     QTest::addColumn<bool>("expected");
     QTest::addColumn<QStringList>("warnings");
     QTest::addColumn<QStringList>("errors");
-    QTest::newRow("one, other job's code") << false << 99 << true << QStringList("Unexpected return code 99")
-                                           << QStringList();
-    QTest::newRow("one, negative code") << false << -2 << false << QStringList()
-                                        << QStringList("Unexpected loop termination");
+    QTest::newRow("one, other job's code")
+        << false << 99 << true << QStringList("Unexpected return code 99") << QStringList();
+    QTest::newRow("one, negative code")
+        << false << -2 << false << QStringList() << QStringList("Unexpected loop termination");
     QTest::newRow("all, positive code") << true << 99 << true << QStringList() << QStringList();
-    QTest::newRow("all, negative code") << true << -2 << false
-                                        << QStringList({"Unexpected loop termination", "jobs in progress"})
-                                        << QStringList();
+    QTest::newRow("all, negative code")
+        << true << -2 << false << QStringList({ "Unexpected loop termination", "jobs in progress" })
+        << QStringList();
 }
 
 void tst_komQtThreadPool::unexpectedLoopCodes()
@@ -275,9 +277,9 @@ void tst_komQtThreadPool::requestAbortPruning()
     {
         // One busy worker: the queued ids are aborted, unknown ids dropped, the running id stays.
         TestPool pool(QStringLiteral("One"), 1);
-        QSet<int> untouched{1, 2};
+        QSet<int> untouched { 1, 2 };
         pool.requestAbort(untouched); // no busy worker: nothing happens
-        QCOMPARE(untouched, QSet<int>({1, 2}));
+        QCOMPARE(untouched, QSet<int>({ 1, 2 }));
 
         QSemaphore gate;
         int g, a, b;
@@ -285,9 +287,9 @@ void tst_komQtThreadPool::requestAbortPruning()
         kom::smart<RecordingJob> jobA = scheduleJob(pool, a);
         kom::smart<RecordingJob> jobB = scheduleJob(pool, b);
         QVERIFY(running->waitStarted());
-        QSet<int> ids{g, a, b, 999999};
+        QSet<int> ids { g, a, b, 999999 };
         pool.requestAbort(ids);
-        QCOMPARE(ids, QSet<int>{g});
+        QCOMPARE(ids, QSet<int> { g });
         QVERIFY(jobA->mAbortRequested);
         QVERIFY(jobB->mAbortRequested);
         QVERIFY(!running->mAbortRequested);
@@ -310,7 +312,7 @@ void tst_komQtThreadPool::requestAbortPruning()
         kom::smart<RecordingJob> jobB = scheduleJob(pool, b); // second worker
         QVERIFY(running1->waitStarted());
         QVERIFY(running2->waitStarted());
-        QSet<int> ids{a, b};
+        QSet<int> ids { a, b };
         pool.requestAbort(ids);
         QVERIFY(ids.isEmpty());
         QVERIFY(jobA->mAbortRequested);
@@ -339,7 +341,7 @@ void tst_komQtThreadPool::changePriorityAsksBusyWorkers()
     QVERIFY(pool.changePriority(a, komQtThreadPool::ScheduleHighPriority));
     gate.release();
     QVERIFY(spinUntil([&]() { return order.snapshot().size() == 3; }));
-    QCOMPARE(order.snapshot(), QList<int>({0, 2, 1}));
+    QCOMPARE(order.snapshot(), QList<int>({ 0, 2, 1 }));
     QCOMPARE(jobA->mPriority, QThread::NormalPriority);
     QVERIFY(pool.retire());
 }
@@ -505,7 +507,7 @@ void tst_komQtThreadPool::deleteGlobalInstanceWithBusyWorkers()
     }
     QStringList finished = finishedLines(capture);
     finished.sort();
-    QCOMPARE(finished, QStringList({"ThreadPool-Thread-1 finished.", "ThreadPool-Thread-2 finished."}));
+    QCOMPARE(finished, QStringList({ "ThreadPool-Thread-1 finished.", "ThreadPool-Thread-2 finished." }));
 }
 
 QTEST_GUILESS_MAIN(tst_komQtThreadPool)

@@ -25,12 +25,12 @@ public:
         ++mRuns;
         ++sRuns;
     }
-    std::atomic<int> mRuns{0};
-    std::atomic<int> mRunsWhileAborted{0};
+    std::atomic<int> mRuns { 0 };
+    std::atomic<int> mRunsWhileAborted { 0 };
     static std::atomic<int> sRuns;
 };
 
-std::atomic<int> CountingJob::sRuns{0};
+std::atomic<int> CountingJob::sRuns { 0 };
 
 struct Scheduled
 {
@@ -53,8 +53,8 @@ void tst_komQtThreadPoolStress::everyJobRunsOnceOrIsAborted()
     LogCapture capture;
     TestPool pool(QStringLiteral("Stress"), 2);
     std::vector<std::vector<Scheduled>> scheduled(kProducers);
-    std::atomic<int> producersDone{0};
-    std::atomic<int> abortCalls{0}, priorityChanges{0};
+    std::atomic<int> producersDone { 0 };
+    std::atomic<int> abortCalls { 0 }, priorityChanges { 0 };
 
     // Four threads schedule at once, and meddle with jobs they queued a moment ago while the
     // pool's thread reclaims workers.
@@ -66,9 +66,9 @@ void tst_komQtThreadPoolStress::everyJobRunsOnceOrIsAborted()
             for (int i = 0; i < kJobsPerProducer; ++i) {
                 kom::smart<CountingJob> job(new CountingJob);
                 const auto priority = komQtThreadPool::SchedulePriority((i % 7) | (i % 3 == 0 ? 0x800 : 0));
-                mine.push_back({job, pool.schedule(job, priority)});
+                mine.push_back({ job, pool.schedule(job, priority) });
                 if (i % 5 == 4) {
-                    QSet<int> ids{mine[i - 1].id, mine[i - 3].id};
+                    QSet<int> ids { mine[i - 1].id, mine[i - 3].id };
                     pool.requestAbort(ids);
                     ++abortCalls;
                 }
@@ -99,7 +99,8 @@ void tst_komQtThreadPoolStress::everyJobRunsOnceOrIsAborted()
         return open;
     };
     // The pool's thread keeps its event loop running meanwhile.
-    QElapsedTimer t; t.start();
+    QElapsedTimer t;
+    t.start();
     QVERIFY(spinUntil([&]() { return producersDone == kProducers; }, 60000));
     qDebug("produce %lld", t.elapsed());
     for (auto& producer : producers)
@@ -131,7 +132,7 @@ void tst_komQtThreadPoolStress::everyJobRunsOnceOrIsAborted()
     QVERIFY(aborted > 0);
     QCOMPARE(pool.countThreads(), 2);
     qDebug("%d jobs ran, %d aborted, %d abort requests, %d priority changes", ran, aborted, abortCalls.load(),
-           priorityChanges.load());
+        priorityChanges.load());
 
     // Workers created from the producer threads still delete themselves in the pool's thread.
     QVERIFY(pool.retire(60000));

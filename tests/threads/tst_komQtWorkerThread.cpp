@@ -19,10 +19,12 @@ struct SignalLog
     QStringList lines;
     void attach(komQtWorkerThread* worker)
     {
-        QObject::connect(worker, &komQtWorkerThread::jobStarted, worker,
-                         [this](int id) { add(QStringLiteral("started %1").arg(id)); }, Qt::DirectConnection);
-        QObject::connect(worker, &komQtWorkerThread::jobFinished, worker,
-                         [this](int id, int) { add(QStringLiteral("finished %1").arg(id)); }, Qt::DirectConnection);
+        QObject::connect(
+            worker, &komQtWorkerThread::jobStarted, worker,
+            [this](int id) { add(QStringLiteral("started %1").arg(id)); }, Qt::DirectConnection);
+        QObject::connect(
+            worker, &komQtWorkerThread::jobFinished, worker,
+            [this](int id, int) { add(QStringLiteral("finished %1").arg(id)); }, Qt::DirectConnection);
     }
     void add(const QString& line)
     {
@@ -133,10 +135,10 @@ void tst_komQtWorkerThread::jobEntry()
 void tst_komQtWorkerThread::runsInScheduledOrder_data()
 {
     QTest::addColumn<QList<int>>("priorities");
-    QTest::newRow("fifo, rising") << QList<int>{1, 2, 4, 5, 6};
-    QTest::newRow("fifo, falling") << QList<int>{6, 5, 4, 2, 1};
-    QTest::newRow("lifo, equal") << QList<int>{0x803, 0x803, 0x803};
-    QTest::newRow("mixed") << QList<int>{2, 0x805, 4, 0x801, 3};
+    QTest::newRow("fifo, rising") << QList<int> { 1, 2, 4, 5, 6 };
+    QTest::newRow("fifo, falling") << QList<int> { 6, 5, 4, 2, 1 };
+    QTest::newRow("lifo, equal") << QList<int> { 0x803, 0x803, 0x803 };
+    QTest::newRow("mixed") << QList<int> { 2, 0x805, 4, 0x801, 3 };
 }
 
 void tst_komQtWorkerThread::runsInScheduledOrder()
@@ -147,7 +149,7 @@ void tst_komQtWorkerThread::runsInScheduledOrder()
     kom::smart<RecordingJob> first = worker.add(1, 0, komQtThreadPool::ScheduleNormalPriority, &gate);
     QVERIFY(first->waitStarted());
     QList<kom::smart<RecordingJob>> jobs;
-    QList<int> expected{0};
+    QList<int> expected { 0 };
     for (int i = 0; i < priorities.size(); ++i) {
         jobs << worker.add(i + 2, i + 1, Priority(priorities.at(i)));
         expected << i + 1;
@@ -160,7 +162,7 @@ void tst_komQtWorkerThread::runsInScheduledOrder()
         QCOMPARE(int(jobs.at(i)->mPriority), priorities.at(i) & 0x7ff);
         QVERIFY(jobs.at(i)->mTimerValid);
         QVERIFY2(jobs.at(i)->mTimerLag >= 0 && jobs.at(i)->mTimerLag < 1000,
-                 qPrintable(QString::number(jobs.at(i)->mTimerLag))); // started at the local time
+            qPrintable(QString::number(jobs.at(i)->mTimerLag))); // started at the local time
         QCOMPARE(jobs.at(i)->mThreadName, QStringLiteral("Unit"));
     }
 }
@@ -186,8 +188,8 @@ void tst_komQtWorkerThread::abortWhileQueued()
     QVERIFY(spinUntil([&]() { return b->mRuns == 1; }));
     QVERIFY(spinUntil([&]() { return !worker.thread->isRunning(); }));
     QCOMPARE(a->mRuns.load(), 0);
-    QCOMPARE(worker.signalLog.snapshot(),
-             QStringList({"started 1", "finished 1", "started 3", "finished 3"}));
+    QCOMPARE(
+        worker.signalLog.snapshot(), QStringList({ "started 1", "finished 1", "started 3", "finished 3" }));
 }
 
 void tst_komQtWorkerThread::workLoadAndQueries()
@@ -221,7 +223,7 @@ void tst_komQtWorkerThread::workLoadAndQueries()
     gate.release();
     QVERIFY(spinUntil([&]() { return thread->workLoad() == 0; }));
     QCOMPARE(flagged->mRuns.load(), 0);
-    QCOMPARE(worker.runLog.snapshot(), QList<int>({1, 2}));
+    QCOMPARE(worker.runLog.snapshot(), QList<int>({ 1, 2 }));
 }
 
 void tst_komQtWorkerThread::changePriorityMovesToBack()
@@ -241,11 +243,12 @@ void tst_komQtWorkerThread::changePriorityMovesToBack()
     // Even the highest priority sends the job to the back; it keeps the priority it had.
     QVERIFY(worker.thread->changePriority(2, komQtThreadPool::ScheduleTimeCriticalPriority));
     // Now the last one, it is already where any priority would put it.
-    QVERIFY(worker.thread->changePriority(2, komQtThreadPool::ScheduleLowestPriority | komQtThreadPool::ScheduleLifo));
+    QVERIFY(worker.thread->changePriority(
+        2, komQtThreadPool::ScheduleLowestPriority | komQtThreadPool::ScheduleLifo));
 
     gate.release();
     QVERIFY(spinUntil([&]() { return worker.runLog.snapshot().size() == 4; }));
-    QCOMPARE(worker.runLog.snapshot(), QList<int>({0, 2, 3, 1}));
+    QCOMPARE(worker.runLog.snapshot(), QList<int>({ 0, 2, 3, 1 }));
     QCOMPARE(a->mPriority, QThread::LowPriority);
 }
 
@@ -273,7 +276,7 @@ void tst_komQtWorkerThread::shutDownDuringJob()
     QCOMPARE(queued->mRuns.load(), 0);
     QVERIFY(!queued->mAbortRequested);
     QCOMPARE(running.useCount(), 1L);
-    QCOMPARE(signalLog.snapshot(), QStringList({"started 10", "finished 10"}));
+    QCOMPARE(signalLog.snapshot(), QStringList({ "started 10", "finished 10" }));
     QCOMPARE(capture.lines(ko::Log::Message), QStringList("Closing finished."));
 }
 
