@@ -16,105 +16,65 @@
 namespace
 {
 
-// What kom::terminal reported while a TerminalRecorder was installed.
-struct Report
-{
-    QString message;
-    const komObject* sender;
-};
-QList<Report> sReports;
+QStringList sReports;
+const komObject* sReportSender;
 
-void recordTerminal(const komString& message, const komObject* sender)
+// Installs a kom::terminal handler that records and returns; restores the previous one.
+struct TerminalRecorder
 {
-    sReports << Report { QString::fromLatin1(message.text()), sender };
-}
-
-// Installs a terminal handler that records and returns; restores the previous one.
-class TerminalRecorder
-{
-public:
+    kom::TerminalHandler previous
+        = kom::setTerminalHandler([](const komString& message, const komObject* sender) {
+              sReports << message.text();
+              sReportSender = sender;
+          });
     TerminalRecorder()
-        : mPrevious(kom::setTerminalHandler(&recordTerminal))
     {
         sReports.clear();
+        sReportSender = nullptr;
     }
-    ~TerminalRecorder() { kom::setTerminalHandler(mPrevious); }
-    QStringList messages() const
-    {
-        QStringList result;
-        for (const Report& report : qAsConst(sReports))
-            result << report.message;
-        return result;
-    }
-
-private:
-    kom::TerminalHandler mPrevious;
+    ~TerminalRecorder() { kom::setTerminalHandler(previous); }
 };
 
-// Records the status messages of the default processor, from any thread.
-class StatusRecorder : public komStatusMessageHandlerInterface
+// Records the status messages of the default processor as "<type> <text>", from any thread.
+struct StatusRecorder : komStatusMessageHandlerInterface
 {
-public:
+    QMutex mutex;
+    QStringList messages;
     StatusRecorder() { kom::komStatusMessageProcessor::defaultProcessor()->addStatusMessageHandler(this); }
     ~StatusRecorder() override
     {
         kom::komStatusMessageProcessor::defaultProcessor()->removeStatusMessageHandler(this);
     }
-    void sendStatusMessage(
-        kom::StatusMessageType type, const komString& text, const komObject* sender) override
+    void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject*) override
     {
-        QMutexLocker lock(&mMutex);
-        mMessages << QStringLiteral("%1 %2").arg(int(type)).arg(QString::fromLatin1(text.text()));
-        mSenders << sender;
+        QMutexLocker lock(&mutex);
+        messages << QString::number(type) + " " + text.text();
     }
     void setStatusMessageVerbosity(kom::StatusMessageType) override { }
     kom::StatusMessageType statusMessageVerbosity() const override { return kom::StatusTrace; }
-    QStringList messages()
-    {
-        QMutexLocker lock(&mMutex);
-        return mMessages;
-    }
-    QList<const komObject*> senders()
-    {
-        QMutexLocker lock(&mMutex);
-        return mSenders;
-    }
-
-private:
-    QMutex mMutex;
-    QStringList mMessages;
-    QList<const komObject*> mSenders;
 };
 
-class OtherLock : public komLockInterface
+struct OtherLock : komLockInterface
 {
-public:
     void acquire() override { }
     void release() override { }
 };
 
-// Counts its runs; holds at a gate first when it has one.
-class CountingRunnable : public komRunnableInterface
+// Holds at a gate, then counts its run.
+struct GatedRunnable : komRunnableInterface
 {
-public:
-    explicit CountingRunnable(QSemaphore* gate = nullptr)
-        : mGate(gate)
+    explicit GatedRunnable(QSemaphore* gate_)
+        : gate(gate_)
     {
     }
     void run() override
     {
-        if (mGate)
-            mGate->acquire();
-        ++mRuns;
+        gate->acquire();
+        ++runs;
     }
-    QSemaphore* mGate;
-    std::atomic<int> mRuns { 0 };
+    QSemaphore* gate;
+    std::atomic<int> runs { 0 };
 };
-
-const QString kWaiting = QStringLiteral("40 waiting for thread to terminate...");
-const QString kTerminated = QStringLiteral("40 thread has terminated");
-const QString kSpawned = QStringLiteral("40 thread spawned, executing runnable...");
-const QString kReturned = QStringLiteral("40 thread returned from runnable, terminating...");
 
 } // namespace
 
@@ -123,269 +83,149 @@ class tst_komQtSynchronization : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lock_data();
-    void lock();
-    void factoryMakesQtObjects();
-    void incompatibleLock_data();
-    void incompatibleLock();
-    void conditionVariableWakes();
-    void conditionVariableOnRecursiveLock();
-    void spawnerRunsAndReports();
-    void spawnerMisuse_data();
-    void spawnerMisuse();
-    void spawnerDestructorWaits_data();
-    void spawnerDestructorWaits();
-    void signalBlocker_data();
+    void lockAndFactory();
+    void conditionVariable();
+    void spawner_data();
+    void spawner();
     void signalBlocker();
 };
 
-void tst_komQtSynchronization::lock_data()
+void tst_komQtSynchronization::lockAndFactory()
 {
-    QTest::addColumn<bool>("recursive");
-    QTest::newRow("non-recursive") << false;
-    QTest::newRow("recursive") << true;
-}
-
-void tst_komQtSynchronization::lock()
-{
-    QFETCH(bool, recursive);
-    komQtLock lock(recursive ? QMutex::Recursive : QMutex::NonRecursive);
-    QCOMPARE(lock.isRecursive(), recursive);
-    komLockInterface& face = lock;
-    face.acquire();
-    QCOMPARE(lock.tryLock(), recursive); // only a recursive lock may be taken again by its owner
-    if (recursive)
-        face.release();
-    bool takenElsewhere = true;
-    std::thread([&]() { takenElsewhere = lock.tryLock(); }).join();
-    QVERIFY(!takenElsewhere);
-    face.release();
-    std::thread([&]() {
-        takenElsewhere = lock.tryLock();
-        lock.unlock();
-    }).join();
-    QVERIFY(takenElsewhere);
-}
-
-void tst_komQtSynchronization::factoryMakesQtObjects()
-{
+    TerminalRecorder recorder;
     komQtSynchronizationFactory factory;
     std::unique_ptr<komLockInterface> lock(factory.newLock());
     auto* qtLock = dynamic_cast<komQtLock*>(lock.get());
-    QVERIFY(qtLock);
-    QVERIFY(!qtLock->isRecursive());
+    QVERIFY(qtLock && !qtLock->isRecursive());
+    lock->acquire();
+    bool taken = true;
+    std::thread([&]() { taken = qtLock->tryLock(); }).join();
+    lock->release();
+    QVERIFY(!taken && qtLock->tryLock());
+    qtLock->unlock();
     std::unique_ptr<komConditionVariableInterface> condition(factory.newConditionVariable(lock.get()));
-    QVERIFY(dynamic_cast<komQtConditionVariable*>(condition.get()));
     std::unique_ptr<komThreadSpawnerInterface> spawner(factory.newThreadSpawner());
-    auto* qtSpawner = dynamic_cast<komQtThreadSpawner*>(spawner.get());
-    QVERIFY(qtSpawner);
-    QVERIFY(!qtSpawner->parent());
-}
-
-void tst_komQtSynchronization::incompatibleLock_data()
-{
-    QTest::addColumn<bool>("nullLock");
-    QTest::newRow("null") << true;
-    QTest::newRow("other implementation") << false;
-}
-
-void tst_komQtSynchronization::incompatibleLock()
-{
-    QFETCH(bool, nullLock);
-    TerminalRecorder recorder;
-    komQtSynchronizationFactory factory;
+    QVERIFY(dynamic_cast<komQtConditionVariable*>(condition.get())
+        && dynamic_cast<komQtThreadSpawner*>(spawner.get()));
+    // A condition variable needs a komQtLock.
     OtherLock other;
-    QVERIFY(!factory.newConditionVariable(nullLock ? nullptr : &other));
-    QCOMPARE(recorder.messages(), QStringList("incompatible lock implementation!"));
-    QCOMPARE(sReports.first().sender, static_cast<const komObject*>(&factory));
+    QVERIFY(!factory.newConditionVariable(nullptr) && !factory.newConditionVariable(&other));
+    QCOMPARE(
+        sReports, QStringList({ "incompatible lock implementation!", "incompatible lock implementation!" }));
+    QCOMPARE(sReportSender, static_cast<const komObject*>(&factory));
 }
 
-void tst_komQtSynchronization::conditionVariableWakes()
+void tst_komQtSynchronization::conditionVariable()
 {
     komQtLock lock(QMutex::NonRecursive);
     komQtConditionVariable condition(&lock);
-    int ready = 0;
-    int woken = 0;
-    std::atomic<int> failedWaits { 0 };
-    // signal() wakes one waiter, signalAll() the rest.
-    auto waiter = [&]() {
-        lock.acquire();
-        ++ready;
-        while (woken == 0) {
-            if (!condition.wait())
-                ++failedWaits;
-        }
-        --woken;
-        lock.release();
-    };
-    std::thread first(waiter), second(waiter), third(waiter);
-    QTRY_VERIFY([&]() {
+    bool waiting = false, woken = false;
+    std::thread waiter([&]() {
         QMutexLocker locker(&lock);
-        return ready == 3;
-    }());
-    lock.acquire();
-    woken = 1;
-    condition.signal();
-    lock.release();
-    QTRY_VERIFY([&]() {
+        for (waiting = true; !woken;)
+            condition.wait();
+        waiting = false;
+    });
+    QTRY_VERIFY((QMutexLocker(&lock), waiting)); // read under the lock
+    for (bool all : { false, true }) { // signal() or signalAll(); the second finds nobody waiting
         QMutexLocker locker(&lock);
-        return woken == 0;
-    }());
-    lock.acquire();
-    woken = 2;
-    condition.signalAll();
-    lock.release();
-    first.join();
-    second.join();
-    third.join();
-    QCOMPARE(woken, 0);
-    QCOMPARE(failedWaits.load(), 0);
-}
-
-void tst_komQtSynchronization::conditionVariableOnRecursiveLock()
-{
-    // Qt does not wait on a recursive mutex: wait() reports failure at once; so does a
-    // condition variable made without a lock.
-    komQtLock lock(QMutex::Recursive);
-    komQtConditionVariable condition(&lock);
-    lock.acquire();
-    QTest::ignoreMessage(QtWarningMsg, "QWaitCondition: cannot wait on recursive mutexes");
-    QVERIFY(!condition.wait());
-    lock.release();
-    komQtConditionVariable unbound(nullptr);
-    QVERIFY(!unbound.wait());
-}
-
-void tst_komQtSynchronization::spawnerRunsAndReports()
-{
-    TerminalRecorder terminal;
-    StatusRecorder status;
-    auto* runnable = new CountingRunnable;
-    {
-        komQtThreadSpawner spawner;
-        spawner.setRunnable(kom::smart<komRunnableInterface>(runnable));
-        spawner.spawnThread();
-        spawner.waitUntilThreadHasTerminated();
-        QCOMPARE(runnable->mRuns.load(), 1);
-        // The thread's two messages come between the waiting caller's two.
-        const QStringList messages = status.messages();
-        QCOMPARE(messages.size(), 4);
-        QCOMPARE(messages.first(), kWaiting);
-        QCOMPARE(messages.last(), kTerminated);
-        QVERIFY(messages.indexOf(kSpawned) < messages.indexOf(kReturned));
-        for (const komObject* sender : status.senders())
-            QCOMPARE(sender, static_cast<const komObject*>(&spawner));
+        woken = true;
+        all ? condition.signalAll() : condition.signal();
     }
-    QVERIFY(terminal.messages().isEmpty());
+    waiter.join();
+    QVERIFY(!waiting);
+    // Qt does not wait on a recursive mutex, nor without one: wait() fails at once.
+    komQtLock recursive(QMutex::Recursive);
+    komQtConditionVariable onRecursive(&recursive);
+    recursive.acquire();
+    QTest::ignoreMessage(QtWarningMsg, "QWaitCondition: cannot wait on recursive mutexes");
+    QVERIFY(!onRecursive.wait());
+    recursive.release();
+    QVERIFY(!komQtConditionVariable(nullptr).wait());
 }
 
-void tst_komQtSynchronization::spawnerMisuse_data()
+void tst_komQtSynchronization::spawner_data()
 {
-    QTest::addColumn<QString>("steps"); // s: set runnable, p: spawn, w: wait
+    QTest::addColumn<QString>("steps"); // s: set a runnable, p: spawn, w: wait; then destroyed
     QTest::addColumn<QStringList>("reports");
-    QTest::addColumn<int>("runs");
-    QTest::newRow("runnable set twice") << "sspw" << QStringList("runnable has already been set!") << 1;
-    QTest::newRow("spawned without runnable") << "pw" << QStringList("no runnable installed!") << 0;
-    QTest::newRow("spawned twice") << "sppw" << QStringList("thread has already been spawned!") << 1;
-    QTest::newRow("waited twice") << "spww" << QStringList("thread has already been waited upon!") << 1;
+    QTest::addColumn<int>("bodies"); // runs of the thread body
+    QTest::addColumn<int>("waits"); // waits that sent their two messages
+    QTest::newRow("used as meant") << "spw" << QStringList() << 1 << 1;
+    QTest::newRow("destroyed without wait") << "sp" << QStringList() << 1 << 1;
+    QTest::newRow("never spawned") << "s" << QStringList() << 0 << 0;
+    QTest::newRow("runnable set twice") << "sspw" << QStringList("runnable has already been set!") << 1 << 1;
+    QTest::newRow("no runnable") << "pw" << QStringList("no runnable installed!") << 1 << 1;
+    QTest::newRow("spawned twice") << "sppw" << QStringList("thread has already been spawned!") << 1 << 1;
+    QTest::newRow("waited twice") << "spww" << QStringList("thread has already been waited upon!") << 1 << 2;
     QTest::newRow("spawned after the wait")
         << "spwp"
-        << QStringList({ "thread has already been waited upon!", "thread has already been spawned!" }) << 2;
-    QTest::newRow("waited, never spawned")
-        << "ww" << QStringList("thread has already been waited upon!") << 0;
+        << QStringList({ "thread has already been waited upon!", "thread has already been spawned!" }) << 2
+        << 1;
 }
 
-void tst_komQtSynchronization::spawnerMisuse()
+void tst_komQtSynchronization::spawner()
 {
     QFETCH(QString, steps);
     QFETCH(QStringList, reports);
-    QFETCH(int, runs);
+    QFETCH(int, bodies);
+    QFETCH(int, waits);
     TerminalRecorder terminal;
-    QSemaphore gate;
-    QList<kom::smart<CountingRunnable>> runnables; // kept alive here: the spawner drops a replaced one
+    StatusRecorder status;
+    QSemaphore gate; // keeps the thread running until the first wait, so a second start is ignored
+    QList<kom::smart<GatedRunnable>> runnables;
     {
         komQtThreadSpawner spawner;
         for (const QChar step : steps) {
-            if (step == QLatin1Char('s')) {
-                runnables << kom::smart<CountingRunnable>(new CountingRunnable(&gate));
+            if (step == 's') {
+                runnables << kom::smart<GatedRunnable>(new GatedRunnable(&gate));
                 spawner.setRunnable(runnables.last());
-            } else if (step == QLatin1Char('p')) {
+            } else if (step == 'p') {
                 spawner.spawnThread();
             } else {
-                gate.release(10); // a second start of a running thread is ignored by Qt
+                gate.release(2);
                 spawner.waitUntilThreadHasTerminated();
             }
         }
-        QCOMPARE(terminal.messages(), reports);
-        for (const Report& report : qAsConst(sReports))
-            QCOMPARE(report.sender, static_cast<const komObject*>(&spawner));
-        gate.release(10);
-        spawner.wait(); // a restart after the wait is not waited for by the spawner itself
-        int total = 0;
-        for (const auto& runnable : qAsConst(runnables))
-            total += runnable->mRuns;
-        QCOMPARE(total, runs);
+        QCOMPARE(sReports, reports);
+        QCOMPARE(sReportSender, reports.isEmpty() ? nullptr : static_cast<const komObject*>(&spawner));
+        gate.release(2);
+        spawner.wait(); // a restart after the wait is not waited for by the spawner
     }
-}
-
-void tst_komQtSynchronization::spawnerDestructorWaits_data()
-{
-    QTest::addColumn<bool>("spawn");
-    QTest::addColumn<QStringList>("messages");
-    QTest::newRow("spawned") << true << QStringList({ kSpawned, kReturned, kWaiting, kTerminated });
-    QTest::newRow("never spawned") << false << QStringList();
-}
-
-void tst_komQtSynchronization::spawnerDestructorWaits()
-{
-    QFETCH(bool, spawn);
-    QFETCH(QStringList, messages);
-    StatusRecorder status;
-    auto* runnable = new CountingRunnable;
-    kom::smart<komRunnableInterface> handle(runnable);
-    {
-        komQtThreadSpawner spawner;
-        spawner.setRunnable(handle);
-        if (spawn) {
-            spawner.spawnThread();
-            QTRY_COMPARE(status.messages().size(), 2); // the thread has returned from the runnable
-        }
+    int runs = 0;
+    for (const auto& runnable : qAsConst(runnables)) {
+        QCOMPARE(runnable.useCount(), 1L); // the spawner let go of it
+        runs += runnable->runs;
     }
-    QCOMPARE(runnable->mRuns.load(), spawn ? 1 : 0);
-    QCOMPARE(status.messages(), messages);
-    QCOMPARE(handle.useCount(), 1L); // the spawner let go of the runnable
-}
-
-void tst_komQtSynchronization::signalBlocker_data()
-{
-    QTest::addColumn<bool>("initially");
-    QTest::addColumn<bool>("outer");
-    QTest::addColumn<bool>("inner");
-    QTest::newRow("unblocked, block, block") << false << true << true;
-    QTest::newRow("unblocked, block, unblock") << false << true << false;
-    QTest::newRow("blocked, unblock, block") << true << false << true;
-    QTest::newRow("blocked, block, unblock") << true << true << false;
+    QCOMPARE(runs, runnables.isEmpty() ? 0 : bodies); // without a runnable the body runs nothing
+    // The waiting side's messages in order, the thread's own two wherever they fell.
+    QStringList seen = status.messages;
+    QCOMPARE(seen.removeAll("40 thread spawned, executing runnable..."), bodies);
+    QCOMPARE(seen.removeAll("40 thread returned from runnable, terminating..."), bodies);
+    QStringList expected;
+    for (int i = 0; i < waits; ++i)
+        expected << "40 waiting for thread to terminate..."
+                 << "40 thread has terminated";
+    QCOMPARE(seen, expected);
 }
 
 void tst_komQtSynchronization::signalBlocker()
 {
-    QFETCH(bool, initially);
-    QFETCH(bool, outer);
-    QFETCH(bool, inner);
-    QObject object;
-    object.blockSignals(initially);
-    {
-        komQtSignalBlocker first(&object, outer);
-        QCOMPARE(object.signalsBlocked(), outer);
+    // Nested guards give the object back its state from before the first one.
+    for (int states = 0; states < 8; ++states) {
+        const bool initially = states & 1, outer = states & 2, inner = states & 4;
+        QObject object;
+        object.blockSignals(initially);
         {
-            komQtSignalBlocker second(&object, inner);
-            QCOMPARE(object.signalsBlocked(), inner);
+            komQtSignalBlocker first(&object, outer);
+            {
+                komQtSignalBlocker second(&object, inner);
+                QCOMPARE(object.signalsBlocked(), inner);
+            }
+            QCOMPARE(object.signalsBlocked(), outer);
         }
-        QCOMPARE(object.signalsBlocked(), outer);
+        QCOMPARE(object.signalsBlocked(), initially);
     }
-    QCOMPARE(object.signalsBlocked(), initially);
-    // Outside the guard's contract: a null object is left alone.
-    komQtSignalBlocker none(nullptr, true);
+    komQtSignalBlocker none(nullptr, true); // outside the contract: left alone
 }
 
 QTEST_GUILESS_MAIN(tst_komQtSynchronization)

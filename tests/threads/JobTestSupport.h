@@ -8,7 +8,6 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QMutex>
 #include <QPointer>
 #include <QSemaphore>
 #include <QThread>
@@ -18,10 +17,7 @@
 #include <atomic>
 #include <functional>
 
-/**
- * Runs an event loop until @p done (asked every @p pollMs) is true or @p timeoutMs pass;
- * returns @p done's last answer.
- */
+/** Runs an event loop until @p done (asked every @p pollMs) is true or @p timeoutMs pass. */
 inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000, int pollMs = 1)
 {
     QElapsedTimer clock;
@@ -38,86 +34,48 @@ inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000, 
     return done();
 }
 
-/** The order in which jobs ran, shared between jobs. */
-struct RunLog
+/** A job that records where and how it ran; it may hold at a gate or sleep first. */
+struct RecordingJob : ko::IRunnable
 {
-    QMutex mutex;
-    QList<int> tags;
-    void add(int tag)
-    {
-        QMutexLocker lock(&mutex);
-        tags << tag;
-    }
-    QList<int> snapshot()
-    {
-        QMutexLocker lock(&mutex);
-        return tags;
-    }
-};
-
-/** A job that records where, how and how often it ran; it may hold at a gate or sleep first. */
-class RecordingJob : public ko::IRunnable
-{
-public:
-    explicit RecordingJob(int tag = 0, RunLog* log = nullptr, QSemaphore* gate = nullptr, int sleepMs = 0)
-        : mTag(tag)
-        , mLog(log)
-        , mGate(gate)
+    explicit RecordingJob(QSemaphore* gate = nullptr, int sleepMs = 0)
+        : mGate(gate)
         , mSleepMs(sleepMs)
     {
-        ++sAlive;
     }
-    ~RecordingJob() override { --sAlive; }
-
     void run(int jobId, QTime& timer) override
     {
-        QThread* self = QThread::currentThread();
-        mJobId = jobId;
-        mThreadName = self->objectName();
-        mThread = self;
-        mPriority = self->priority();
-        mTimerValid = timer.isValid();
+        mThread = QThread::currentThread();
+        mThreadName = mThread->objectName();
+        mPriority = mThread->priority();
         mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
         mStarted.release();
         if (mGate)
             mGate->acquire();
-        if (mSleepMs > 0)
-            QThread::msleep(mSleepMs);
-        if (mLog)
-            mLog->add(mTag);
+        QThread::msleep(mSleepMs);
+        if (mOrder)
+            *mOrder << jobId; // one worker at a time writes here
         ++mRuns;
     }
+    bool waitStarted() { return mStarted.tryAcquire(1, 10000); }
 
-    /** Waits until the job has started (it may still be held at its gate). */
-    bool waitStarted(int timeoutMs = 10000) { return mStarted.tryAcquire(1, timeoutMs); }
-
-    static std::atomic<int> sAlive;
-    int mTag;
-    RunLog* mLog;
     QSemaphore* mGate;
     int mSleepMs;
+    QList<int>* mOrder = nullptr;
     QSemaphore mStarted;
     std::atomic<int> mRuns { 0 };
-    int mJobId = 0;
-    QString mThreadName;
     QPointer<QThread> mThread;
+    QString mThreadName;
     QThread::Priority mPriority = QThread::InheritPriority;
-    bool mTimerValid = false;
-    int mTimerLag = -1; // ms from the timer's start to the job's first look at the clock
+    int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
 };
 
-inline std::atomic<int> RecordingJob::sAlive { 0 };
-
 /** A pool whose internals a test can reach. */
-class TestPool : public ko::komQtThreadPool
+struct TestPool : ko::komQtThreadPool
 {
-public:
-    explicit TestPool(const QString& name = QStringLiteral("Test"), int maxThreads = 2)
-        : komQtThreadPool(name, maxThreads, nullptr)
+    explicit TestPool(const QString& name = QStringLiteral("Test"), int max = 2)
+        : komQtThreadPool(name, max)
     {
     }
-
-    /** Every worker, idle and busy. */
     QList<QPointer<ko::komQtWorkerThread>> workers() const
     {
         QList<QPointer<ko::komQtWorkerThread>> all;
@@ -125,7 +83,6 @@ public:
             all << thread;
         return all;
     }
-
     /** Queued and running jobs of every worker, idle or busy. */
     int totalWorkLoad() const
     {
@@ -135,42 +92,29 @@ public:
             load += thread->workLoad();
         return load;
     }
-
-    /** Ends the loop of the caller waiting under @p key with @p code; false when nobody waits there. */
-    bool exitWaitLoop(int key, int code)
+    void exitWaitLoop(int key, int code)
     {
-        QEventLoop* loop = mEventLoops.value(key);
-        if (loop)
+        if (QEventLoop* loop = mEventLoops.value(key))
             loop->exit(code);
-        return loop != nullptr;
     }
-
-    /** Discards every worker once no job is left, and waits until they have deleted themselves. */
+    /** Once no job is left, discards every worker and waits until they have deleted themselves. */
     bool retire(int timeoutMs = 10000)
     {
-        const QList<QPointer<ko::komQtWorkerThread>> all = workers();
-        if (!waitForAllFinished(timeoutMs))
+        const auto all = workers();
+        if (!spinUntil([this]() { return totalWorkLoad() == 0; }, timeoutMs)
+            || !waitForAllFinished(timeoutMs))
             return false;
         setMaxThreads(-1);
-        return spinUntil(
-            [&all]() {
-                for (const auto& worker : all) {
-                    if (worker)
-                        return false;
-                }
-                return true;
-            },
-            timeoutMs);
+        return spinUntil([&all]() { return all.count(nullptr) == all.size(); }, timeoutMs);
     }
 };
 
-/** Schedules a new RecordingJob on @p pool and returns its handle; @p id receives the job id. */
-inline kom::smart<RecordingJob> scheduleJob(ko::komQtThreadPool& pool, int& id, int tag = 0,
-    RunLog* log = nullptr, QSemaphore* gate = nullptr, int sleepMs = 0,
-    ko::komQtThreadPool::SchedulePriority priority = ko::komQtThreadPool::ScheduleNormalPriority)
+/** Schedules a new RecordingJob on @p pool; @p id receives the job id. */
+inline kom::smart<RecordingJob> scheduleJob(
+    ko::komQtThreadPool& pool, int& id, QSemaphore* gate = nullptr, int sleepMs = 0)
 {
-    kom::smart<RecordingJob> job(new RecordingJob(tag, log, gate, sleepMs));
-    id = pool.schedule(job, priority);
+    kom::smart<RecordingJob> job(new RecordingJob(gate, sleepMs));
+    id = pool.schedule(job);
     return job;
 }
 

@@ -3,48 +3,25 @@
 
 #include <QtTest>
 
-using ko::komQtThreadPool;
 using ko::komQtWorkerThread;
-typedef komQtThreadPool::SchedulePriority Priority;
-
-Q_DECLARE_METATYPE(QList<int>)
+typedef ko::komQtThreadPool::SchedulePriority Priority;
 
 namespace
 {
 
-// Signals of one worker as "started <id>" / "finished <id>", recorded in the worker's thread.
-struct SignalLog
-{
-    QMutex mutex;
-    QStringList lines;
-    void attach(komQtWorkerThread* worker)
-    {
-        QObject::connect(
-            worker, &komQtWorkerThread::jobStarted, worker,
-            [this](int id) { add(QStringLiteral("started %1").arg(id)); }, Qt::DirectConnection);
-        QObject::connect(
-            worker, &komQtWorkerThread::jobFinished, worker,
-            [this](int id, int) { add(QStringLiteral("finished %1").arg(id)); }, Qt::DirectConnection);
-    }
-    void add(const QString& line)
-    {
-        QMutexLocker lock(&mutex);
-        lines << line;
-    }
-    QStringList snapshot()
-    {
-        QMutexLocker lock(&mutex);
-        return lines;
-    }
-};
-
-// A started worker that shuts down and deletes itself when the fixture ends.
+// A started worker that records its signals in its own thread; shut down at the end.
 struct Worker
 {
+    QPointer<komQtWorkerThread> thread = new komQtWorkerThread(QStringLiteral("Unit"));
+    QList<int> order;
+    QStringList signalLog; // filled in this thread: the signals are queued to the worker object
+
     Worker()
-        : thread(new komQtWorkerThread(QStringLiteral("Unit")))
     {
-        signalLog.attach(thread);
+        QObject::connect(
+            thread, &komQtWorkerThread::jobStarted, [this](int id) { signalLog << QString::number(id); });
+        QObject::connect(
+            thread, &komQtWorkerThread::jobFinished, [this](int id) { signalLog << QString::number(-id); });
         thread->start();
     }
     ~Worker()
@@ -53,15 +30,13 @@ struct Worker
             thread->shutDown();
         spinUntil([this]() { return thread.isNull(); });
     }
-    kom::smart<RecordingJob> add(int id, int tag, Priority priority, QSemaphore* gate = nullptr)
+    kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore* gate = nullptr)
     {
-        kom::smart<RecordingJob> job(new RecordingJob(tag, &runLog, gate));
-        thread->schedule(id, job, priority);
+        kom::smart<RecordingJob> job(new RecordingJob(gate));
+        job->mOrder = &order;
+        thread->schedule(id, job, Priority(priority));
         return job;
     }
-    QPointer<komQtWorkerThread> thread;
-    RunLog runLog;
-    SignalLog signalLog;
 };
 
 } // namespace
@@ -71,226 +46,109 @@ class tst_komQtWorkerThread : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void comparators_data();
-    void comparators();
-    void jobEntry();
-    void runsInScheduledOrder_data();
-    void runsInScheduledOrder();
-    void abortWhileQueued();
-    void workLoadAndQueries();
-    void changePriorityMovesToBack();
+    void interfaceName();
+    void runOrder_data();
+    void runOrder();
+    void abortAndQueries();
     void shutDownDuringJob();
     void noWakeIsLost();
 };
 
-void tst_komQtWorkerThread::comparators_data()
+void tst_komQtWorkerThread::interfaceName()
 {
-    QTest::addColumn<int>("priorityA");
-    QTest::addColumn<int>("idA");
-    QTest::addColumn<int>("priorityB");
-    QTest::addColumn<int>("idB");
-    QTest::addColumn<bool>("fifo");
-    QTest::addColumn<bool>("lifo");
-    QTest::newRow("higher priority first") << 5 << 9 << 3 << 1 << true << true;
-    QTest::newRow("lower priority later") << 1 << 1 << 3 << 9 << false << false;
-    QTest::newRow("equal, smaller id") << 3 << 1 << 3 << 2 << true << false;
-    QTest::newRow("equal, greater id") << 3 << 2 << 3 << 1 << false << true;
-    QTest::newRow("equal, same id") << 3 << 4 << 3 << 4 << false << false;
+    RecordingJob job;
+    const ko::IInterface& constJob = job;
+    QCOMPARE(constJob.getInterface("ko::IInterface"), &constJob);
+    for (const char* name : { "ko::IInterface ", "ko::iinterface", "IInterface" })
+        QVERIFY(!job.getInterface(name) && !constJob.getInterface(name));
+    QVERIFY(!job.mAbortRequested);
 }
 
-void tst_komQtWorkerThread::comparators()
-{
-    QFETCH(int, priorityA);
-    QFETCH(int, idA);
-    QFETCH(int, priorityB);
-    QFETCH(int, idB);
-    QFETCH(bool, fifo);
-    QFETCH(bool, lifo);
-    komQtWorkerThread::JobEntry a(idA, kom::smart<ko::IRunnable>(), Priority(priorityA));
-    komQtWorkerThread::JobEntry b(idB, kom::smart<ko::IRunnable>(), Priority(priorityB));
-    QCOMPARE(komQtWorkerThread::lessThanByFifoPriority(a, b), fifo);
-    QCOMPARE(komQtWorkerThread::lessThanByLifoPriority(a, b), lifo);
-}
-
-void tst_komQtWorkerThread::jobEntry()
-{
-    komQtWorkerThread::JobEntry empty;
-    QCOMPARE(empty.jobId, -1);
-    QVERIFY(!empty.runnable);
-    QCOMPARE(int(empty.priority), 3);
-
-    const int aliveBefore = RecordingJob::sAlive;
-    {
-        komQtWorkerThread::JobEntry entry(7, kom::smart<ko::IRunnable>(new RecordingJob), Priority(0x804));
-        QCOMPARE(int(entry.priority), 4); // the LIFO bit is not stored
-        QCOMPARE(RecordingJob::sAlive.load(), aliveBefore + 1);
-        entry.clear(); // the entry held the last handle: the job dies
-        QCOMPARE(RecordingJob::sAlive.load(), aliveBefore);
-        QCOMPARE(entry.jobId, -1);
-        QVERIFY(!entry.runnable);
-        QCOMPARE(int(entry.priority), 3);
-    }
-}
-
-void tst_komQtWorkerThread::runsInScheduledOrder_data()
+void tst_komQtWorkerThread::runOrder_data()
 {
     QTest::addColumn<QList<int>>("priorities");
-    QTest::newRow("fifo, rising") << QList<int> { 1, 2, 4, 5, 6 };
-    QTest::newRow("fifo, falling") << QList<int> { 6, 5, 4, 2, 1 };
-    QTest::newRow("lifo, equal") << QList<int> { 0x803, 0x803, 0x803 };
-    QTest::newRow("mixed") << QList<int> { 2, 0x805, 4, 0x801, 3 };
+    QTest::addColumn<int>("moved"); // id of a job sent to the back with changePriority(), or 0
+    QTest::addColumn<QList<int>>("order");
+    QTest::newRow("rising") << QList<int> { 1, 2, 4, 6 } << 0 << QList<int> { 1, 2, 3, 4 };
+    QTest::newRow("falling") << QList<int> { 6, 4, 2, 1 } << 0 << QList<int> { 1, 2, 3, 4 };
+    QTest::newRow("lifo") << QList<int> { 0x803, 0x805, 0x803 } << 0 << QList<int> { 1, 2, 3 };
+    QTest::newRow("changePriority") << QList<int> { 2, 3, 3 } << 1 << QList<int> { 2, 3, 1 };
 }
 
-void tst_komQtWorkerThread::runsInScheduledOrder()
+void tst_komQtWorkerThread::runOrder()
 {
     QFETCH(QList<int>, priorities);
+    QFETCH(int, moved);
+    QFETCH(QList<int>, order);
     Worker worker;
     QSemaphore gate;
-    kom::smart<RecordingJob> first = worker.add(1, 0, komQtThreadPool::ScheduleNormalPriority, &gate);
-    QVERIFY(first->waitStarted());
+    QVERIFY(worker.add(100, 3, &gate)->waitStarted());
     QList<kom::smart<RecordingJob>> jobs;
-    QList<int> expected { 0 };
-    for (int i = 0; i < priorities.size(); ++i) {
-        jobs << worker.add(i + 2, i + 1, Priority(priorities.at(i)));
-        expected << i + 1;
-    }
+    for (int i = 0; i < priorities.size(); ++i)
+        jobs << worker.add(i + 1, priorities.at(i));
+    // Any priority sends the job to the back; it keeps the priority it was scheduled with.
+    if (moved)
+        QVERIFY(worker.thread->changePriority(moved, Priority(6)));
     gate.release();
-    QVERIFY(spinUntil([&]() { return worker.runLog.snapshot().size() == expected.size(); }));
-    QCOMPARE(worker.runLog.snapshot(), expected);
-    // Each job ran at its own priority (the LIFO bit masked off), with a started timer.
+    QVERIFY(spinUntil([&]() { return worker.thread->workLoad() == 0; }));
+    QCOMPARE(worker.order, QList<int> { 100 } + order);
     for (int i = 0; i < jobs.size(); ++i) {
         QCOMPARE(int(jobs.at(i)->mPriority), priorities.at(i) & 0x7ff);
-        QVERIFY(jobs.at(i)->mTimerValid);
-        QVERIFY2(jobs.at(i)->mTimerLag >= 0 && jobs.at(i)->mTimerLag < 1000,
-            qPrintable(QString::number(jobs.at(i)->mTimerLag))); // started at the local time
-        QCOMPARE(jobs.at(i)->mThreadName, QStringLiteral("Unit"));
+        QVERIFY(jobs.at(i)->mTimerLag >= 0 && jobs.at(i)->mTimerLag < 1000); // started at the local time
     }
 }
 
-void tst_komQtWorkerThread::abortWhileQueued()
-{
-    Worker worker;
-    QSemaphore gate;
-    kom::smart<RecordingJob> running = worker.add(1, 1, komQtThreadPool::ScheduleNormalPriority, &gate);
-    QVERIFY(running->waitStarted());
-    kom::smart<RecordingJob> a = worker.add(2, 2, komQtThreadPool::ScheduleNormalPriority);
-    kom::smart<RecordingJob> b = worker.add(3, 3, komQtThreadPool::ScheduleNormalPriority);
-
-    QVERIFY(!worker.thread->requestAbort(1)); // running: untouched
-    QVERIFY(!running->mAbortRequested);
-    QVERIFY(worker.thread->requestAbort(2));
-    QVERIFY(a->mAbortRequested);
-    QVERIFY(!worker.thread->isScheduled(2));
-    QVERIFY(!worker.thread->requestAbort(2)); // already gone
-    QVERIFY(!worker.thread->requestAbort(42));
-
-    gate.release();
-    QVERIFY(spinUntil([&]() { return b->mRuns == 1; }));
-    QVERIFY(spinUntil([&]() { return !worker.thread->isRunning(); }));
-    QCOMPARE(a->mRuns.load(), 0);
-    QCOMPARE(
-        worker.signalLog.snapshot(), QStringList({ "started 1", "finished 1", "started 3", "finished 3" }));
-}
-
-void tst_komQtWorkerThread::workLoadAndQueries()
+void tst_komQtWorkerThread::abortAndQueries()
 {
     Worker worker;
     komQtWorkerThread* thread = worker.thread;
     QCOMPARE(thread->workLoad(), 0);
-    QVERIFY(!thread->isRunning());
-
     QSemaphore gate;
-    kom::smart<RecordingJob> running = worker.add(5, 1, komQtThreadPool::ScheduleNormalPriority, &gate);
-    QVERIFY(running->waitStarted());
-    worker.add(6, 2, komQtThreadPool::ScheduleNormalPriority);
-    kom::smart<RecordingJob> flagged = worker.add(7, 3, komQtThreadPool::ScheduleNormalPriority);
+    QVERIFY(worker.add(1, 3, &gate)->waitStarted());
+    kom::smart<RecordingJob> aborted = worker.add(2);
+    worker.add(3);
     QCOMPARE(thread->workLoad(), 3);
-    QVERIFY(thread->isRunning());
-    QVERIFY(thread->isRunning(5));
-    QVERIFY(!thread->isRunning(6));
-    QVERIFY(!thread->isScheduled(5));
-    QVERIFY(thread->isScheduled(6));
-    QVERIFY(thread->isScheduledOrRunning(5));
-    QVERIFY(thread->isScheduledOrRunning(6));
-    QVERIFY(!thread->isScheduledOrRunning(8));
-
-    // A queued job whose flag is set counts as not scheduled, and the loop drops it.
-    flagged->mAbortRequested = true;
-    QVERIFY(!thread->isScheduled(7));
-    QVERIFY(!thread->isScheduledOrRunning(7));
-    QCOMPARE(thread->workLoad(), 3);
-
+    QVERIFY(thread->isRunning() && thread->isRunning(1) && !thread->isRunning(2));
+    QVERIFY(thread->isScheduled(2) && !thread->isScheduled(1));
+    QVERIFY(thread->isScheduledOrRunning(1) && thread->isScheduledOrRunning(3)
+        && !thread->isScheduledOrRunning(4));
+    // A running job is neither aborted nor moved; ids below 1 are refused.
+    QVERIFY(!thread->requestAbort(1) && !thread->changePriority(1, Priority(5)));
+    QVERIFY(!thread->changePriority(0, Priority(5)));
+    QVERIFY(thread->requestAbort(2) && aborted->mAbortRequested);
+    QVERIFY(!thread->requestAbort(2));
     gate.release();
-    QVERIFY(spinUntil([&]() { return thread->workLoad() == 0; }));
-    QCOMPARE(flagged->mRuns.load(), 0);
-    QCOMPARE(worker.runLog.snapshot(), QList<int>({ 1, 2 }));
-}
-
-void tst_komQtWorkerThread::changePriorityMovesToBack()
-{
-    Worker worker;
-    QSemaphore gate;
-    kom::smart<RecordingJob> running = worker.add(1, 0, komQtThreadPool::ScheduleNormalPriority, &gate);
-    QVERIFY(running->waitStarted());
-    kom::smart<RecordingJob> a = worker.add(2, 1, komQtThreadPool::ScheduleLowPriority);
-    worker.add(3, 2, komQtThreadPool::ScheduleNormalPriority);
-    worker.add(4, 3, komQtThreadPool::ScheduleNormalPriority);
-
-    QVERIFY(!worker.thread->changePriority(0, komQtThreadPool::ScheduleHighPriority));
-    QVERIFY(!worker.thread->changePriority(-3, komQtThreadPool::ScheduleHighPriority));
-    QVERIFY(!worker.thread->changePriority(1, komQtThreadPool::ScheduleHighPriority)); // running
-    QVERIFY(!worker.thread->changePriority(9, komQtThreadPool::ScheduleHighPriority));
-    // Even the highest priority sends the job to the back; it keeps the priority it had.
-    QVERIFY(worker.thread->changePriority(2, komQtThreadPool::ScheduleTimeCriticalPriority));
-    // Now the last one, it is already where any priority would put it.
-    QVERIFY(worker.thread->changePriority(
-        2, komQtThreadPool::ScheduleLowestPriority | komQtThreadPool::ScheduleLifo));
-
-    gate.release();
-    QVERIFY(spinUntil([&]() { return worker.runLog.snapshot().size() == 4; }));
-    QCOMPARE(worker.runLog.snapshot(), QList<int>({ 0, 2, 3, 1 }));
-    QCOMPARE(a->mPriority, QThread::LowPriority);
+    QVERIFY(spinUntil([&]() { return worker.signalLog.size() == 4; }));
+    QCOMPARE(aborted->mRuns.load(), 0);
+    QCOMPARE(worker.signalLog, QStringList({ "1", "-1", "3", "-3" }));
 }
 
 void tst_komQtWorkerThread::shutDownDuringJob()
 {
     LogCapture capture;
-    SignalLog signalLog;
-    QPointer<komQtWorkerThread> thread = new komQtWorkerThread(QStringLiteral("Closing"));
-    signalLog.attach(thread);
-    thread->start();
+    Worker worker;
     QSemaphore gate;
-    kom::smart<RecordingJob> running(new RecordingJob(1, nullptr, &gate));
-    kom::smart<RecordingJob> queued(new RecordingJob(2));
-    thread->schedule(10, running, komQtThreadPool::ScheduleNormalPriority);
+    kom::smart<RecordingJob> running = worker.add(10, 3, &gate);
     QVERIFY(running->waitStarted());
-    thread->schedule(11, queued, komQtThreadPool::ScheduleNormalPriority);
-    QCOMPARE(queued.useCount(), 2L);
-
-    thread->shutDown();
+    kom::smart<RecordingJob> queued = worker.add(11);
+    worker.thread->shutDown();
     QCOMPARE(queued.useCount(), 1L); // the queue let go of its handle
-    QCOMPARE(thread->workLoad(), 1);
     gate.release();
-    QVERIFY(spinUntil([&]() { return thread.isNull(); }));
-    QCOMPARE(running->mRuns.load(), 1);
-    QCOMPARE(queued->mRuns.load(), 0);
-    QVERIFY(!queued->mAbortRequested);
-    QCOMPARE(running.useCount(), 1L);
-    QCOMPARE(signalLog.snapshot(), QStringList({ "started 10", "finished 10" }));
-    QCOMPARE(capture.lines(ko::Log::Message), QStringList("Closing finished."));
+    QVERIFY(spinUntil([&]() { return worker.thread.isNull(); }));
+    QVERIFY(running->mRuns == 1 && queued->mRuns == 0 && running.useCount() == 1);
+    QCOMPARE(worker.signalLog, QStringList({ "10", "-10" }));
+    QCOMPARE(capture.lines(ko::Log::Message), QStringList("Unit finished."));
 }
 
 void tst_komQtWorkerThread::noWakeIsLost()
 {
-    // Each job is scheduled while the worker is about to go to sleep or is just starting; a lost
-    // wake-up would leave a job waiting for good.
+    // Jobs arrive while the worker is starting or about to sleep: a lost wake-up leaves one waiting.
     LogCapture capture;
     for (int round = 0; round < 200; ++round) {
         Worker worker;
-        for (int i = 1; i <= 10; ++i) {
-            kom::smart<RecordingJob> job = worker.add(i, i, komQtThreadPool::ScheduleNormalPriority);
-            QVERIFY2(job->waitStarted(5000), qPrintable(QStringLiteral("round %1 job %2").arg(round).arg(i)));
-        }
+        for (int i = 1; i <= 10; ++i)
+            QVERIFY2(worker.add(i)->waitStarted(),
+                qPrintable(QStringLiteral("round %1 job %2").arg(round).arg(i)));
     }
 }
 
