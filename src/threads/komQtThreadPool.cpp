@@ -11,6 +11,8 @@
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace ko
 {
 
@@ -30,6 +32,12 @@ void exitLoop(QEventLoop* loop, int code)
     else
         QMetaObject::invokeMethod(
             loop, [loop, code]() { loop->exit(code); }, Qt::QueuedConnection);
+}
+
+// True when @p query is true for one of @p threads, asked in list order up to the first yes.
+template <class Query> bool anyOf(const QList<komQtWorkerThread*>& threads, Query query)
+{
+    return std::any_of(threads.cbegin(), threads.cend(), query);
 }
 
 // Registers a waiting caller's loop under a key for the lifetime of a wait. A wait nested inside
@@ -264,11 +272,8 @@ void komQtThreadPool::setMaxThreads(int maxThreads)
 bool komQtThreadPool::changePriority(int jobId, SchedulePriority priority)
 {
     QMutexLocker locker(mLock);
-    for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
-        if (thread->changePriority(jobId, priority))
-            return true;
-    }
-    return false;
+    return anyOf(
+        mBusyThreads, [=](komQtWorkerThread* thread) { return thread->changePriority(jobId, priority); });
 }
 
 void komQtThreadPool::requestAbort(QSet<int>& jobIds)
@@ -312,31 +317,20 @@ const QTime& komQtThreadPool::isIdleSince() const
 bool komQtThreadPool::isRunning(int jobId) const
 {
     QMutexLocker locker(mLock);
-    for (komQtWorkerThread* thread : mBusyThreads) {
-        if (thread->isRunning(jobId))
-            return true;
-    }
-    return false;
+    return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isRunning(jobId); });
 }
 
 bool komQtThreadPool::isScheduled(int jobId) const
 {
     QMutexLocker locker(mLock);
-    for (komQtWorkerThread* thread : mBusyThreads) {
-        if (thread->isScheduled(jobId))
-            return true;
-    }
-    return false;
+    return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduled(jobId); });
 }
 
 bool komQtThreadPool::isScheduledOrRunning(int jobId) const
 {
     QMutexLocker locker(mLock);
-    for (komQtWorkerThread* thread : mBusyThreads) {
-        if (thread->isScheduledOrRunning(jobId))
-            return true;
-    }
-    return false;
+    return anyOf(
+        mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduledOrRunning(jobId); });
 }
 
 bool komQtThreadPool::isFinished(int jobId) const
