@@ -122,7 +122,8 @@ void tst_komQtSynchronization::conditionVariable()
     bool waiting = false, woken = false;
     std::thread waiter([&]() {
         QMutexLocker locker(&lock);
-        for (waiting = true; !woken;)
+        waiting = true;
+        while (!woken)
             condition.wait();
         waiting = false;
     });
