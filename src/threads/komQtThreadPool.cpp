@@ -243,17 +243,26 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
 void komQtThreadPool::discardThread(komQtWorkerThread* thread)
 {
     QMutexLocker locker(mLock);
+    bool beingDestroyed = false;
     if (!thread) {
         thread = workerFromSender();
         if (!thread)
             return;
+        static const int destroyedSignal = QObject::staticMetaObject.indexOfSignal("destroyed(QObject*)");
+        beingDestroyed = senderSignalIndex() == destroyedSignal;
     }
     const bool wasIdle = isIdle();
     bool found = mBusyThreads.removeAll(thread) > 0;
     if (!found)
         found = mIdleThreads.removeAll(thread) > 0;
-    if (found)
+    // Deleting a worker is outside the pool's use; one announcing its own destruction is only
+    // taken out of the lists, since it can no longer be shut down.
+    if (found && !beingDestroyed) {
+        // The worker's finished() would arrive after it has deleted itself, when a new worker may
+        // already live at its address: it is not listened to any more.
+        QObject::disconnect(thread, SIGNAL(finished()), this, SLOT(discardThread()));
         thread->shutDown();
+    }
     // Discarding only shrinks the idle list, so this never fires; kept as the other slots have it.
     if (!wasIdle && isIdle()) {
         mIdleSince.start();

@@ -83,6 +83,8 @@ komQtWorkerThread::~komQtWorkerThread()
     // before QThread's destructor looks at it. Deleting a worker that was never shut down is
     // outside the pool's use; its loop is stopped first rather than left running.
     if (QThread::currentThread() != this && QThread::isRunning()) {
+        // Its finished() would reach receivers after this object is gone.
+        QObject::disconnect(this, &QThread::finished, nullptr, nullptr);
         mShutDown = true;
         {
             QMutexLocker waitLock(mWaitMutex);

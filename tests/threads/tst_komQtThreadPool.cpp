@@ -36,8 +36,10 @@ private Q_SLOTS:
     void jobsBehindReclaimedWorkerAreInvisible();
     void setMaxThreadsDiscardsIdleOnly_data();
     void setMaxThreadsDiscardsIdleOnly();
+    void workerDeletedFromOutside();
     void nestedWaits_data();
     void nestedWaits();
+    void waitFromAnotherThread();
     void deleteGlobalInstanceWithBusyWorkers();
     void stress();
 };
@@ -213,6 +215,19 @@ void tst_komQtThreadPool::setMaxThreadsDiscardsIdleOnly()
     QVERIFY(pool.retire());
 }
 
+void tst_komQtThreadPool::workerDeletedFromOutside()
+{
+    // Outside the pool's use: the worker stops its loop and just leaves the pool's lists.
+    TestPool pool;
+    int id;
+    scheduleJob(pool, id);
+    QVERIFY(spinUntil([&]() { return pool.isIdle() && pool.totalWorkLoad() == 0; }));
+    delete pool.workers().first().data();
+    QCOMPARE(pool.countThreads(), 0);
+    QVERIFY(pool.waitForFinished(pool.schedule(kom::smart<RecordingJob>(new RecordingJob)), -1));
+    QVERIFY(pool.retire());
+}
+
 void tst_komQtThreadPool::nestedWaits_data()
 {
     QTest::addColumn<int>("outerSleep");
@@ -241,6 +256,23 @@ void tst_komQtThreadPool::nestedWaits()
     });
     QVERIFY(pool.waitForFinished(outer, -1) && nested && calls == 1);
     QVERIFY(outerJob->mRuns == 1 && innerJob->mRuns == 1 && capture.allLines().isEmpty());
+    QVERIFY(pool.retire());
+}
+
+void tst_komQtThreadPool::waitFromAnotherThread()
+{
+    // The end of the wait is handed to the waiting thread's own loop, so it is not lost even if
+    // the job ends before that loop runs.
+    TestPool pool;
+    QSemaphore gate;
+    int id;
+    kom::smart<RecordingJob> job = scheduleJob(pool, id, &gate);
+    std::atomic<int> result { -1 };
+    QScopedPointer<QThread> waiter(QThread::create([&]() { result = pool.waitForFinished(id, 10000); }));
+    waiter->start();
+    gate.release();
+    QVERIFY(spinUntil([&]() { return waiter->isFinished(); }));
+    QCOMPARE(result.load(), 1);
     QVERIFY(pool.retire());
 }
 
