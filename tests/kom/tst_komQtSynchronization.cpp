@@ -97,12 +97,6 @@ void tst_komQtSynchronization::lockAndFactory()
     std::unique_ptr<komLockInterface> lock(factory.newLock());
     auto* qtLock = dynamic_cast<komQtLock*>(lock.get());
     QVERIFY(qtLock && !qtLock->isRecursive());
-    lock->acquire();
-    bool taken = true;
-    std::thread([&]() { taken = qtLock->tryLock(); }).join();
-    lock->release();
-    QVERIFY(!taken && qtLock->tryLock());
-    qtLock->unlock();
     std::unique_ptr<komConditionVariableInterface> condition(factory.newConditionVariable(lock.get()));
     std::unique_ptr<komThreadSpawnerInterface> spawner(factory.newThreadSpawner());
     QVERIFY(dynamic_cast<komQtConditionVariable*>(condition.get())
@@ -117,27 +111,21 @@ void tst_komQtSynchronization::lockAndFactory()
 
 void tst_komQtSynchronization::conditionVariable()
 {
-    komQtLock lock(QMutex::NonRecursive);
-    komQtConditionVariable condition(&lock);
-    bool waiting = false, woken = false;
-    std::thread waiter([&]() {
-        QMutexLocker locker(&lock);
-        waiting = true;
-        while (!woken)
-            condition.wait();
-        waiting = false;
-    });
-    QTRY_VERIFY((QMutexLocker(&lock), waiting)); // read under the lock
-    for (bool all : { false, true }) { // signal() or signalAll(); the second finds nobody waiting
+    // The condition variable waits on its lock's mutex; Qt does not wait on a recursive one, nor
+    // without one: wait() fails at once.
+    komQtLock lock(QMutex::NonRecursive), recursive(QMutex::Recursive);
+    komQtConditionVariable condition(&lock), onRecursive(&recursive);
+    bool woken = false;
+    lock.acquire(); // the waker gets the lock only once the wait below has given it up
+    std::thread waker([&]() {
         QMutexLocker locker(&lock);
         woken = true;
-        all ? condition.signalAll() : condition.signal();
-    }
-    waiter.join();
-    QVERIFY(!waiting);
-    // Qt does not wait on a recursive mutex, nor without one: wait() fails at once.
-    komQtLock recursive(QMutex::Recursive);
-    komQtConditionVariable onRecursive(&recursive);
+        condition.signalAll();
+    });
+    while (!woken)
+        QVERIFY(condition.wait());
+    lock.release();
+    waker.join();
     recursive.acquire();
     QTest::ignoreMessage(QtWarningMsg, "QWaitCondition: cannot wait on recursive mutexes");
     QVERIFY(!onRecursive.wait());

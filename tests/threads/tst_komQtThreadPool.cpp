@@ -140,11 +140,13 @@ void tst_komQtThreadPool::abortAndPriority()
 {
     // Two busy workers: g1 runs with a and c queued behind it, g2 runs with b queued.
     TestPool pool;
+    QSignalSpy started(&pool, &komQtThreadPool::jobStarted);
     QSemaphore gate;
     int g1, g2, a, b, c;
     QList<kom::smart<RecordingJob>> jobs { scheduleJob(pool, g1, &gate), scheduleJob(pool, g2, &gate),
         scheduleJob(pool, a), scheduleJob(pool, b), scheduleJob(pool, c) };
     QVERIFY(jobs.at(0)->waitStarted() && jobs.at(1)->waitStarted());
+    QCOMPARE(pool.workers().at(0)->workLoad(), 3); // one running, two queued
     QVERIFY(pool.changePriority(c, komQtThreadPool::ScheduleHighPriority));
     QVERIFY(!pool.changePriority(g1, komQtThreadPool::ScheduleHighPriority)); // running
     // An id leaves the set at the first worker that does not hold it: b is dropped by the first
@@ -157,6 +159,7 @@ void tst_komQtThreadPool::abortAndPriority()
     gate.release(2);
     QVERIFY(pool.retire());
     QVERIFY(jobs.at(2)->mRuns == 0 && jobs.at(3)->mRuns == 1 && jobs.at(4)->mRuns == 1);
+    QVERIFY(started.count() == 4 && !started.contains({ a })); // an aborted job never starts
 }
 
 void tst_komQtThreadPool::jobsBehindReclaimedWorkerAreInvisible()
@@ -287,12 +290,15 @@ void tst_komQtThreadPool::deleteGlobalInstanceWithBusyWorkers()
     int id;
     QList<kom::smart<RecordingJob>> jobs { scheduleJob(*pool, id, &gate), scheduleJob(*pool, id, &gate) };
     QVERIFY(jobs.at(0)->waitStarted() && jobs.at(1)->waitStarted());
+    kom::smart<RecordingJob> queued = scheduleJob(*pool, id);
     QVERIFY(komQtThreadPool::deleteGlobalInstance() && !komQtThreadPool::deleteGlobalInstance());
+    QCOMPARE(queued.useCount(), 1L); // dropped from its queue
     // The busy jobs finish, then their workers delete themselves and let go of the jobs.
     gate.release(2);
     QVERIFY(spinUntil([&]() { return !jobs.at(0)->mThread && !jobs.at(1)->mThread; }));
     for (const auto& job : qAsConst(jobs))
         QVERIFY(job->mRuns == 1 && job.useCount() == 1);
+    QCOMPARE(queued->mRuns.load(), 0);
     QCOMPARE(finishedLines(capture),
         QStringList({ "ThreadPool-Thread-1 finished.", "ThreadPool-Thread-2 finished." }));
 }

@@ -9,21 +9,13 @@ typedef ko::komQtThreadPool::SchedulePriority Priority;
 namespace
 {
 
-// A started worker that records its signals in its own thread; shut down at the end.
+// A started worker, shut down at the end.
 struct Worker
 {
     QPointer<komQtWorkerThread> thread = new komQtWorkerThread(QStringLiteral("Unit"));
     QList<int> order;
-    QStringList signalLog; // filled in this thread: the signals are queued to the worker object
 
-    Worker()
-    {
-        QObject::connect(
-            thread, &komQtWorkerThread::jobStarted, [this](int id) { signalLog << QString::number(id); });
-        QObject::connect(
-            thread, &komQtWorkerThread::jobFinished, [this](int id) { signalLog << QString::number(-id); });
-        thread->start();
-    }
+    Worker() { thread->start(); }
     ~Worker()
     {
         if (thread)
@@ -49,8 +41,6 @@ private Q_SLOTS:
     void interfaceName();
     void runOrder_data();
     void runOrder();
-    void abortAndQueries();
-    void shutDownDuringJob();
     void noWakeIsLost();
 };
 
@@ -83,6 +73,11 @@ void tst_komQtWorkerThread::runOrder()
     Worker worker;
     QSemaphore gate;
     QVERIFY(worker.add(100, 3, &gate)->waitStarted());
+    QVERIFY(worker.thread->isRunning() && worker.thread->isRunning(100)
+        && worker.thread->isScheduledOrRunning(100));
+    // A running job is neither aborted nor moved; ids below 1 are refused.
+    QVERIFY(!worker.thread->requestAbort(100) && !worker.thread->changePriority(100, Priority(5)));
+    QVERIFY(!worker.thread->changePriority(0, Priority(5)) && !worker.thread->isScheduled(100));
     QList<kom::smart<RecordingJob>> jobs;
     for (int i = 0; i < priorities.size(); ++i)
         jobs << worker.add(i + 1, priorities.at(i));
@@ -96,48 +91,6 @@ void tst_komQtWorkerThread::runOrder()
         QCOMPARE(int(jobs.at(i)->mPriority), priorities.at(i) & 0x7ff);
         QVERIFY(jobs.at(i)->mTimerLag >= 0 && jobs.at(i)->mTimerLag < 1000); // started at the local time
     }
-}
-
-void tst_komQtWorkerThread::abortAndQueries()
-{
-    Worker worker;
-    komQtWorkerThread* thread = worker.thread;
-    QCOMPARE(thread->workLoad(), 0);
-    QSemaphore gate;
-    QVERIFY(worker.add(1, 3, &gate)->waitStarted());
-    kom::smart<RecordingJob> aborted = worker.add(2);
-    worker.add(3);
-    QCOMPARE(thread->workLoad(), 3);
-    QVERIFY(thread->isRunning() && thread->isRunning(1) && !thread->isRunning(2));
-    QVERIFY(thread->isScheduled(2) && !thread->isScheduled(1));
-    QVERIFY(thread->isScheduledOrRunning(1) && thread->isScheduledOrRunning(3)
-        && !thread->isScheduledOrRunning(4));
-    // A running job is neither aborted nor moved; ids below 1 are refused.
-    QVERIFY(!thread->requestAbort(1) && !thread->changePriority(1, Priority(5)));
-    QVERIFY(!thread->changePriority(0, Priority(5)));
-    QVERIFY(thread->requestAbort(2) && aborted->mAbortRequested);
-    QVERIFY(!thread->requestAbort(2));
-    gate.release();
-    QVERIFY(spinUntil([&]() { return worker.signalLog.size() == 4; }));
-    QCOMPARE(aborted->mRuns.load(), 0);
-    QCOMPARE(worker.signalLog, QStringList({ "1", "-1", "3", "-3" }));
-}
-
-void tst_komQtWorkerThread::shutDownDuringJob()
-{
-    LogCapture capture;
-    Worker worker;
-    QSemaphore gate;
-    kom::smart<RecordingJob> running = worker.add(10, 3, &gate);
-    QVERIFY(running->waitStarted());
-    kom::smart<RecordingJob> queued = worker.add(11);
-    worker.thread->shutDown();
-    QCOMPARE(queued.useCount(), 1L); // the queue let go of its handle
-    gate.release();
-    QVERIFY(spinUntil([&]() { return worker.thread.isNull(); }));
-    QVERIFY(running->mRuns == 1 && queued->mRuns == 0 && running.useCount() == 1);
-    QCOMPARE(worker.signalLog, QStringList({ "10", "-10" }));
-    QCOMPARE(capture.lines(ko::Log::Message), QStringList("Unit finished."));
 }
 
 void tst_komQtWorkerThread::noWakeIsLost()
