@@ -2,7 +2,7 @@
 # when they are missing (Debian 12; run as root, or with sudo available).
 COREQT_PACKAGES=(
     g++ clang cmake ninja-build pkg-config
-    qtbase5-dev qttools5-dev-tools qttranslations5-l10n
+    qtbase5-dev qttools5-dev-tools qttranslations5-l10n tzdata
     libbenchmark-dev libspdlog-dev
 )
 

@@ -1,0 +1,202 @@
+#ifndef KO_IMAGETYPES_H
+#define KO_IMAGETYPES_H
+
+#include "coreqt_export.h"
+
+#include <QString>
+
+namespace ko
+{
+
+/** A camera setting's display text, enumeration value and configuration key. */
+struct EnumNameRow
+{
+    const char* text; ///< display text, also the translation source in the context "Statics"
+    qint32 value; ///< the setting's enumeration value
+    const char* key; ///< the key in the camera's configuration, never translated
+};
+
+/** A camera setting's display text and configuration key. */
+struct KeyNameRow
+{
+    const char* text; ///< display text, also the translation source in the context "Statics"
+    const char* key; ///< the key in the camera's configuration, never translated
+};
+
+/** Camera eye (lens) selection. */
+enum ECamEye : qint32 {
+    CamEyeRight = 1,
+    CamEyeLeft = 2,
+    CamEyeBoth = 3,
+    CamEyeAuto = 4,
+    CamEyeLeftInRight = 5,
+    CamEyeRightInLeft = 6
+};
+
+/** Stream mode: what the stream favours. */
+enum EStreamMode : qint32 {
+    StreamModeUnknown = 0,
+    StreamModeQuality = 0x2,
+    StreamModeSpeed = 0x4,
+    StreamModeNormal = 0x8
+};
+
+/** Night improvement mode. */
+enum ENightImproveMode : qint32 {
+    NightImproveUnknown = 0,
+    NightImproveAuto = 0x2,
+    NightImproveOff = 0x4,
+    NightImproveOn = 0x8
+};
+
+/** White balance mode. */
+enum EWhiteBMode : qint32 {
+    WhiteBUnknown = 0,
+    WhiteBAuto = 0x2,
+    WhiteBCloudy = 0x4,
+    WhiteBOutdoor = 0x8,
+    WhiteBSunny = 0x10,
+    WhiteBFluorescent = 0x20,
+    WhiteBIncandescent = 0x40,
+    WhiteBGrayWorld = 0x80,
+    WhiteBAutoNarrow = 0x100,
+    WhiteBIndoor = 0x200,
+    WhiteBIndoor2 = 0x400,
+    WhiteBIncandescent2 = 0x800,
+    WhiteBOutdoor2 = 0x1000,
+    WhiteBHold = 0x2000
+};
+
+/** Noise suppression: a lux threshold family and a level family, each with its own "Off". */
+enum ENoiseSurp : qint32 {
+    NoiseSurpUnknown = 0,
+    NoiseSurpOff = 0x2,
+    NoiseSurp5Lux = 0x4,
+    NoiseSurp3Lux = 0x8,
+    NoiseSurp1Lux = 0x10,
+    NoiseSurpLow = 0x20,
+    NoiseSurpHigh = 0x40,
+    NoiseSurpLevelOff = 0x80,
+    NoiseSurpHalfLux = 0x100
+};
+
+/** Dark noise suppression level. */
+enum EDarkNoiseSurp : qint32 {
+    DarkNoiseSurpUnknown = 0,
+    DarkNoiseSurpOff = 0x2,
+    DarkNoiseSurpLow = 0x4,
+    DarkNoiseSurpMedium = 0x8,
+    DarkNoiseSurpHigh = 0x10
+};
+
+/** Contrast mode. */
+enum EContrastMode : qint32 {
+    ContrastModeUnknown = 0,
+    ContrastModeAuto = 0x2,
+    ContrastModeSimple = 0x4,
+    ContrastModeAdaptive = 0x8,
+    ContrastModeOff = 0x10
+};
+
+} // namespace ko
+
+/** Stream codecs, keyed by the value of the codec's on/off setting ("enable", "disable"). */
+extern COREQT_EXPORT const ko::KeyNameRow sStreamCodex[2];
+
+// For each of the seven enumerated settings: XIndex gives the row of a value or -1; XName gives
+// the translated text of a row, of a value ("???" when unknown) or of a key (unknown keys come
+// back unchanged). Keys compare exactly and case-sensitively; the first matching row wins.
+
+/** Row index of a camera eye value, or -1. */
+COREQT_EXPORT int camEyeIndex(ko::ECamEye value);
+/** Translated name of camera eye row @p index (0 to 5). */
+COREQT_EXPORT QString camEyeName(int index);
+/** Translated name of a camera eye value, or "???". */
+COREQT_EXPORT QString camEyeName(ko::ECamEye value);
+/** Translated name of a camera eye key, or the key itself. */
+COREQT_EXPORT QString camEyeName(const QString& key);
+/** Configuration key of a camera eye value, or a null string. */
+COREQT_EXPORT QString camEyeApiName(ko::ECamEye value);
+/** camEyeName(key) for the keys "right", "left" and "auto"; an empty string for any other key. */
+COREQT_EXPORT QString camEyeNameFiltered(const QString& key);
+
+/** Row index of a stream mode value, or -1. */
+COREQT_EXPORT int streamModeIndex(ko::EStreamMode value);
+/** Translated name of stream mode row @p index (0 to 3). */
+COREQT_EXPORT QString streamModeName(int index);
+/** Translated name of a stream mode value, or "???". */
+COREQT_EXPORT QString streamModeName(ko::EStreamMode value);
+/** Translated name of a stream mode key, or the key itself. */
+COREQT_EXPORT QString streamModeName(const QString& key);
+
+/** Row index of a night improvement value, or -1. */
+COREQT_EXPORT int nightImprovementIndex(ko::ENightImproveMode value);
+/** Translated name of night improvement row @p index (0 to 3). */
+COREQT_EXPORT QString nightImprovementName(int index);
+/** Translated name of a night improvement value, or "???". */
+COREQT_EXPORT QString nightImprovementName(ko::ENightImproveMode value);
+/** Translated name of a night improvement key, or the key itself. */
+COREQT_EXPORT QString nightImprovementName(const QString& key);
+
+/** Row index of a white balance value, or -1. */
+COREQT_EXPORT int whiteBalanceIndex(ko::EWhiteBMode value);
+/** Translated name of white balance row @p index (0 to 13). */
+COREQT_EXPORT QString whiteBalanceName(int index);
+/** Translated name of a white balance value, or "???". */
+COREQT_EXPORT QString whiteBalanceName(ko::EWhiteBMode value);
+/** Translated name of a white balance key, or the key itself. */
+COREQT_EXPORT QString whiteBalanceName(const QString& key);
+
+/** Row index of a noise suppression value, or -1. */
+COREQT_EXPORT int noiseSuppressionIndex(ko::ENoiseSurp value);
+/** Translated name of noise suppression row @p index (0 to 8). */
+COREQT_EXPORT QString noiseSuppressionName(int index);
+/** Translated name of a noise suppression value, or "???". */
+COREQT_EXPORT QString noiseSuppressionName(ko::ENoiseSurp value);
+/** Translated name of a noise suppression key (tenths of a lux, or a level), or the key itself. */
+COREQT_EXPORT QString noiseSuppressionName(const QString& key);
+
+/** Row index of a dark noise suppression value, or -1. */
+COREQT_EXPORT int darkNoiseSuppressionIndex(ko::EDarkNoiseSurp value);
+/** Translated name of dark noise suppression row @p index (0 to 4). */
+COREQT_EXPORT QString darkNoiseSuppressionName(int index);
+/** Translated name of a dark noise suppression value, or "???". */
+COREQT_EXPORT QString darkNoiseSuppressionName(ko::EDarkNoiseSurp value);
+/** Translated name of a dark noise suppression key, or the key itself. */
+COREQT_EXPORT QString darkNoiseSuppressionName(const QString& key);
+
+/** Row index of a contrast mode value, or -1. */
+COREQT_EXPORT int contrastModeIndex(ko::EContrastMode value);
+/** Translated name of contrast mode row @p index (0 to 4). */
+COREQT_EXPORT QString contrastModeName(int index);
+/** Translated name of a contrast mode value, or "???". */
+COREQT_EXPORT QString contrastModeName(ko::EContrastMode value);
+/** Translated name of a contrast mode key, or the key itself. */
+COREQT_EXPORT QString contrastModeName(const QString& key);
+
+/** Translated stream codec name for the codec setting's value ("enable", "disable"), or the key itself. */
+COREQT_EXPORT QString streamCodex(const QString& key);
+
+/** Translated resolution name of a key such as "704x576" or "4CIF", or the key itself. */
+COREQT_EXPORT QString resolutionName(const QString& key);
+/** resolutionName(key), except an empty string for the key "customize". */
+COREQT_EXPORT QString resolutionNameFiltered(const QString& key);
+
+/** Translated display mode name of a key such as "lenscorr_l22", or the key itself. */
+COREQT_EXPORT QString displayModeName(const QString& key);
+
+/** Translated exposure area name of a key such as "right_left", or the key itself; "" gives "". */
+COREQT_EXPORT QString exposurePresetName(const QString& key);
+
+/** Translated microphone sensitivity name of a key ("0" to "2"), or the key itself. */
+COREQT_EXPORT QString microSensitivityName(const QString& key);
+/** Translated microphone sensitivity name of identifier @p id (truncated); null above 2. */
+COREQT_EXPORT QString microSensitivityNameFromID(double id);
+
+/** Translated microphone target name of identifier @p id (truncated); null above 3. */
+COREQT_EXPORT QString nameFromInOut(double id);
+
+/** A frame rate given in hundredths of a frame per second, as frames per second; 0 gives "Maximum". */
+COREQT_EXPORT QString transformFPS(double fps);
+
+#endif // KO_IMAGETYPES_H

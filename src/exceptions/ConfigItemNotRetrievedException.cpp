@@ -1,0 +1,31 @@
+#include "exceptions/ConfigItemNotRetrievedException.h"
+
+namespace ko
+{
+
+ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const QString& message)
+    : RuntimeException(message)
+{
+}
+
+// The object is neither stored nor printed: both forms must print the same.
+ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const QString& message, komObject*)
+    : RuntimeException(message)
+{
+}
+
+ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const ConfigItemNotRetrievedException& other)
+    = default;
+
+ConfigItemNotRetrievedException& ConfigItemNotRetrievedException::operator=(
+    const ConfigItemNotRetrievedException& other)
+    = default;
+
+ConfigItemNotRetrievedException::~ConfigItemNotRetrievedException() = default;
+
+ConfigItemNotRetrievedException* ConfigItemNotRetrievedException::clone() const
+{
+    return new ConfigItemNotRetrievedException(*this);
+}
+
+} // namespace ko

@@ -1,0 +1,31 @@
+#ifndef KO_CONFIGITEMNOTRETRIEVEDEXCEPTION_H
+#define KO_CONFIGITEMNOTRETRIEVEDEXCEPTION_H
+
+#include "exceptions/RuntimeException.h"
+
+class komObject;
+
+namespace ko
+{
+
+/** A configuration item could not be read. */
+class COREQT_EXPORT ConfigItemNotRetrievedException : public RuntimeException
+{
+public:
+    /** Creates the exception with @p message and no cause. */
+    explicit ConfigItemNotRetrievedException(const QString& message);
+    /** Same as the one-argument form; @p object is accepted for callers' convenience and ignored. */
+    ConfigItemNotRetrievedException(const QString& message, komObject* object);
+    /** Copies the exception, its fields and its cause. */
+    ConfigItemNotRetrievedException(const ConfigItemNotRetrievedException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    ConfigItemNotRetrievedException& operator=(const ConfigItemNotRetrievedException& other);
+    /** Destroys the exception and its cause copy. */
+    ~ConfigItemNotRetrievedException() override;
+    /** A new heap copy; the caller owns it. */
+    ConfigItemNotRetrievedException* clone() const override;
+};
+
+} // namespace ko
+
+#endif // KO_CONFIGITEMNOTRETRIEVEDEXCEPTION_H

@@ -1,0 +1,22 @@
+#include "exceptions/DivisionByZeroException.h"
+
+namespace ko
+{
+
+DivisionByZeroException::DivisionByZeroException(const QString& message)
+    : RuntimeException(message)
+{
+}
+
+DivisionByZeroException::DivisionByZeroException(const DivisionByZeroException& other) = default;
+
+DivisionByZeroException& DivisionByZeroException::operator=(const DivisionByZeroException& other) = default;
+
+DivisionByZeroException::~DivisionByZeroException() = default;
+
+DivisionByZeroException* DivisionByZeroException::clone() const
+{
+    return new DivisionByZeroException(*this);
+}
+
+} // namespace ko

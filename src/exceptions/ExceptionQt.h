@@ -1,0 +1,73 @@
+#ifndef KO_EXCEPTIONQT_H
+#define KO_EXCEPTIONQT_H
+
+#include "coreqt_export.h"
+#include "platform/core/Exception.h"
+
+#include <QString>
+
+class QTextStream;
+
+namespace ko
+{
+
+/**
+ * Root of the library's exceptions: a Qt message, an owned copy of the cause and a fixed printed
+ * form "<class>: <message>" followed by one "caused by:\t" line per cause.
+ */
+class COREQT_EXPORT ExceptionQt : public Exception
+{
+public:
+    /** Creates the exception with @p message and a copy of @p cause (null for none). */
+    explicit ExceptionQt(const QString& message, const ExceptionQt* cause = nullptr);
+    /** Copies the message and makes an own copy of the other's cause. */
+    ExceptionQt(const ExceptionQt& other);
+    /** Copies the message and replaces the own cause copy by a copy of the other's. */
+    ExceptionQt& operator=(const ExceptionQt& other);
+    /** Destroys the exception and its cause copy, recursively down the chain. */
+    ~ExceptionQt() override;
+
+    /** Writes the printed form, as toString() returns it, into @p out (ASCII). */
+    void generateWhat(std::string& out) const override;
+    /** A new heap copy of the dynamic type; the caller owns it. */
+    ExceptionQt* clone() const override;
+
+    /** The run-time type name with a leading "class " and then "ko::" removed; nothing is demangled. */
+    virtual QString className() const;
+    /** Writes the rendered message (without class name and causes) to @p s. */
+    virtual void printMessage(QTextStream& s) const;
+
+    /** Replaces the free text of the message. */
+    void setMessage(const QString& message);
+    /** The exception's own copy of its cause, or null. */
+    const ExceptionQt* causeQt() const;
+    /** Replaces the cause by a copy of @p cause (null clears it); @p cause may lie in the current chain. */
+    void setCause(const ExceptionQt* cause);
+    /** Replaces the cause by a copy of @p cause. */
+    void setCause(const ExceptionQt& cause);
+
+    /** The rendered message, as printMessage() writes it. */
+    QString message() const;
+    /** Writes the full printed form with the cause chain to @p s and flushes it. */
+    void print(QTextStream& s) const;
+    /** The full printed form with the cause chain; each line ends in "\n". */
+    QString toString() const;
+    /** Same as toString(). */
+    operator QString() const;
+
+protected:
+    /** The free text given to the constructor or to setMessage(); subclasses render it. */
+    QString mMessage;
+
+private:
+    void mirrorCause();
+
+    const ExceptionQt* mCauseQt;
+};
+
+/** Prints @p e with its cause chain to @p s; returns @p s. */
+COREQT_EXPORT QTextStream& operator<<(QTextStream& s, const ExceptionQt& e);
+
+} // namespace ko
+
+#endif // KO_EXCEPTIONQT_H

@@ -1,0 +1,45 @@
+#ifndef KO_FILEEXCEPTION_H
+#define KO_FILEEXCEPTION_H
+
+#include "exceptions/IOException.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace ko
+{
+
+/** An operation on a file failed; it records the file and Qt's file error. */
+class COREQT_EXPORT FileException : public IOException
+{
+public:
+    /** Creates the exception for no particular file. */
+    explicit FileException(
+        QFile::FileError error, const QString& message = QString(), const ExceptionQt* cause = nullptr);
+    /** Creates the exception for the file @p fileInfo. */
+    FileException(const QFileInfo& fileInfo, QFile::FileError error, const QString& message = QString(),
+        const ExceptionQt* cause = nullptr);
+    /** Creates the exception from the failed @p file: its path, error() and errorString(). */
+    explicit FileException(const QFile& file);
+    /** Copies the exception, its fields and its cause. */
+    FileException(const FileException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    FileException& operator=(const FileException& other);
+    /** Destroys the exception and its cause copy. */
+    ~FileException() override;
+    /** A new heap copy; the caller owns it. */
+    FileException* clone() const override;
+
+    /** The name of @p error ("OpenError", ...), translated in context "QFile". */
+    static QString errorString(QFile::FileError error);
+    /** Writes the file path, ": " and the error name unless there is no error, then the message. */
+    void printMessage(QTextStream& s) const override;
+
+private:
+    QFileInfo mFileInfo;
+    QFile::FileError mError;
+};
+
+} // namespace ko
+
+#endif // KO_FILEEXCEPTION_H

@@ -1,0 +1,42 @@
+#include "exceptions/IOException.h"
+
+#include "exceptions/ErrorNames_p.h"
+
+namespace ko
+{
+
+namespace
+{
+
+const detail::ErrorName sStatusNames[] = {
+    { QTextStream::Ok, QT_TRANSLATE_NOOP("QTextStream", "Ok") },
+    { QTextStream::ReadPastEnd, QT_TRANSLATE_NOOP("QTextStream", "ReadPastEnd") },
+    { QTextStream::ReadCorruptData, QT_TRANSLATE_NOOP("QTextStream", "ReadCorruptData") },
+};
+
+const char* const sUnknownStatus = QT_TRANSLATE_NOOP("QTextStream", "UnknownError");
+
+} // namespace
+
+IOException::IOException(const QString& message, const ExceptionQt* cause)
+    : ExceptionQt(message, cause)
+{
+}
+
+IOException::IOException(QTextStream::Status status)
+    : ExceptionQt(detail::translatedErrorName("QTextStream", sStatusNames, int(status), sUnknownStatus))
+{
+}
+
+IOException::IOException(const IOException& other) = default;
+
+IOException& IOException::operator=(const IOException& other) = default;
+
+IOException::~IOException() = default;
+
+IOException* IOException::clone() const
+{
+    return new IOException(*this);
+}
+
+} // namespace ko

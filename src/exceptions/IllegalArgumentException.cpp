@@ -1,0 +1,38 @@
+#include "exceptions/IllegalArgumentException.h"
+
+#include <QTextStream>
+
+namespace ko
+{
+
+IllegalArgumentException::IllegalArgumentException(
+    const QString& argument, const QString& message, const ExceptionQt* cause)
+    : ExceptionQt(message, cause)
+    , mArgument(argument)
+{
+}
+
+IllegalArgumentException::IllegalArgumentException(const IllegalArgumentException& other) = default;
+
+IllegalArgumentException& IllegalArgumentException::operator=(const IllegalArgumentException& other)
+    = default;
+
+IllegalArgumentException::~IllegalArgumentException() = default;
+
+IllegalArgumentException* IllegalArgumentException::clone() const
+{
+    return new IllegalArgumentException(*this);
+}
+
+void IllegalArgumentException::printMessage(QTextStream& s) const
+{
+    if (!mArgument.isEmpty()) {
+        s << mArgument;
+        if (!mMessage.isEmpty())
+            s << QLatin1String(", ");
+    }
+    if (!mMessage.isEmpty())
+        s << mMessage;
+}
+
+} // namespace ko

@@ -1,0 +1,35 @@
+#ifndef KO_ILLEGALARGUMENTEXCEPTION_H
+#define KO_ILLEGALARGUMENTEXCEPTION_H
+
+#include "exceptions/ExceptionQt.h"
+
+namespace ko
+{
+
+/** An argument or variable holds a value the callee cannot accept. */
+class COREQT_EXPORT IllegalArgumentException : public ExceptionQt
+{
+public:
+    /** Creates the exception for the argument named @p argument, with @p message and a copy of @p cause. */
+    IllegalArgumentException(
+        const QString& argument, const QString& message, const ExceptionQt* cause = nullptr);
+    /** Copies the exception, its fields and its cause. */
+    IllegalArgumentException(const IllegalArgumentException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    IllegalArgumentException& operator=(const IllegalArgumentException& other);
+    /** Destroys the exception and its cause copy. */
+    ~IllegalArgumentException() override;
+    /** A new heap copy; the caller owns it. */
+    IllegalArgumentException* clone() const override;
+
+    /** Writes the argument name, then ", " and the message when both are present. */
+    void printMessage(QTextStream& s) const override;
+
+protected:
+    /** The name of the offending argument or variable; subclasses render it. */
+    QString mArgument;
+};
+
+} // namespace ko
+
+#endif // KO_ILLEGALARGUMENTEXCEPTION_H

@@ -1,0 +1,41 @@
+#ifndef KO_INDEXOUTOFBOUNDSEXCEPTION_H
+#define KO_INDEXOUTOFBOUNDSEXCEPTION_H
+
+#include "exceptions/IllegalArgumentException.h"
+
+namespace ko
+{
+
+/** An index lies outside the allowed range [minIndex, maxIndex). */
+class COREQT_EXPORT IndexOutOfBoundsException : public IllegalArgumentException
+{
+public:
+    /** Creates the exception for @p argument indexed at @p invalidIndex; @p maxIndex is exclusive. */
+    IndexOutOfBoundsException(const QString& argument, int invalidIndex, int minIndex, int maxIndex);
+    /** Copies the exception, its fields and its cause. */
+    IndexOutOfBoundsException(const IndexOutOfBoundsException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    IndexOutOfBoundsException& operator=(const IndexOutOfBoundsException& other);
+    /** Destroys the exception and its cause copy. */
+    ~IndexOutOfBoundsException() override;
+    /** A new heap copy; the caller owns it. */
+    IndexOutOfBoundsException* clone() const override;
+
+    /** The index that was out of range. */
+    int invalidIndex() const;
+    /** The lowest allowed index. */
+    int minIndex() const;
+    /** The exclusive upper bound of the allowed indices. */
+    int maxIndex() const;
+    /** Writes "<argument>[<index>]", the allowed range when it is not empty, then the message. */
+    void printMessage(QTextStream& s) const override;
+
+private:
+    int mInvalidIndex;
+    int mMinIndex;
+    int mMaxIndex;
+};
+
+} // namespace ko
+
+#endif // KO_INDEXOUTOFBOUNDSEXCEPTION_H

@@ -1,0 +1,37 @@
+#ifndef KO_OUTOFMEMORYEXCEPTION_H
+#define KO_OUTOFMEMORYEXCEPTION_H
+
+#include "exceptions/RuntimeException.h"
+
+#include <new>
+
+namespace ko
+{
+
+/** An allocation failed; it is also a std::bad_alloc, so either kind of handler catches it. */
+class COREQT_EXPORT OutOfMemoryException : public RuntimeException, public virtual std::bad_alloc
+{
+public:
+    /** Creates the exception for @p size bytes that could not be allocated, with @p message. */
+    OutOfMemoryException(int size, const QString& message);
+    /** Copies the exception, its fields and its cause. */
+    OutOfMemoryException(const OutOfMemoryException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    OutOfMemoryException& operator=(const OutOfMemoryException& other);
+    /** Destroys the exception and its cause copy. */
+    ~OutOfMemoryException() override;
+    /** A new heap copy; the caller owns it. */
+    OutOfMemoryException* clone() const override;
+
+    /** The printed form, as for every exception of the family, whichever base it is reached through. */
+    const char* what() const noexcept override;
+    /** Writes "failed to allocate <size> bytes. " when the size is positive, then the message. */
+    void printMessage(QTextStream& s) const override;
+
+private:
+    int mSize;
+};
+
+} // namespace ko
+
+#endif // KO_OUTOFMEMORYEXCEPTION_H

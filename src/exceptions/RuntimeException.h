@@ -1,0 +1,27 @@
+#ifndef KO_RUNTIMEEXCEPTION_H
+#define KO_RUNTIMEEXCEPTION_H
+
+#include "exceptions/ExceptionQt.h"
+
+namespace ko
+{
+
+/** A failure found while the program runs that no other class of the family describes. */
+class COREQT_EXPORT RuntimeException : public ExceptionQt
+{
+public:
+    /** Creates the exception with @p message and no cause. */
+    explicit RuntimeException(const QString& message);
+    /** Copies the exception, its fields and its cause. */
+    RuntimeException(const RuntimeException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    RuntimeException& operator=(const RuntimeException& other);
+    /** Destroys the exception and its cause copy. */
+    ~RuntimeException() override;
+    /** A new heap copy; the caller owns it. */
+    RuntimeException* clone() const override;
+};
+
+} // namespace ko
+
+#endif // KO_RUNTIMEEXCEPTION_H

@@ -1,0 +1,39 @@
+#ifndef KO_UNEXPECTEDTYPEEXCEPTION_H
+#define KO_UNEXPECTEDTYPEEXCEPTION_H
+
+#include "exceptions/IllegalArgumentException.h"
+
+namespace ko
+{
+
+/** A value had a type other than the one expected. */
+class COREQT_EXPORT UnexpectedTypeException : public IllegalArgumentException
+{
+public:
+    /** Creates the exception for @p argument of type @p unexpectedType where @p expectedType was expected. */
+    UnexpectedTypeException(const QString& argument, const QString& unexpectedType,
+        const QString& expectedType, const QString& message, const ExceptionQt* cause = nullptr);
+    /** Copies the exception, its fields and its cause. */
+    UnexpectedTypeException(const UnexpectedTypeException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    UnexpectedTypeException& operator=(const UnexpectedTypeException& other);
+    /** Destroys the exception and its cause copy. */
+    ~UnexpectedTypeException() override;
+    /** A new heap copy; the caller owns it. */
+    UnexpectedTypeException* clone() const override;
+
+    /** The type that was found. */
+    const QString& unexpectedType() const;
+    /** The type that was expected. */
+    const QString& expectedType() const;
+    /** Writes "<found> not allowed", ", expected <type>" and ".<message>", each part only when known. */
+    void printMessage(QTextStream& s) const override;
+
+private:
+    QString mUnexpectedType;
+    QString mExpectedType;
+};
+
+} // namespace ko
+
+#endif // KO_UNEXPECTEDTYPEEXCEPTION_H

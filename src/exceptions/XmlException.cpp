@@ -1,0 +1,27 @@
+#include "exceptions/XmlException.h"
+
+namespace ko
+{
+
+XmlException::XmlException(const QString& message, const ExceptionQt* cause)
+    : ParseException(message, -1, -1, -1, -1, cause)
+{
+}
+
+XmlException::XmlException(const QString& message, int lineNumber, int columnNumber, const ExceptionQt* cause)
+    : ParseException(message, lineNumber, columnNumber, -1, -1, cause)
+{
+}
+
+XmlException::XmlException(const XmlException& other) = default;
+
+XmlException& XmlException::operator=(const XmlException& other) = default;
+
+XmlException::~XmlException() = default;
+
+XmlException* XmlException::clone() const
+{
+    return new XmlException(*this);
+}
+
+} // namespace ko

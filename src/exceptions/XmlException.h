@@ -1,0 +1,30 @@
+#ifndef KO_XMLEXCEPTION_H
+#define KO_XMLEXCEPTION_H
+
+#include "exceptions/ParseException.h"
+
+namespace ko
+{
+
+/** An error found while reading an XML text. */
+class COREQT_EXPORT XmlException : public ParseException
+{
+public:
+    /** Creates the exception with no known location. */
+    explicit XmlException(const QString& message, const ExceptionQt* cause = nullptr);
+    /** Creates the exception at @p lineNumber and @p columnNumber, with no known end. */
+    XmlException(
+        const QString& message, int lineNumber, int columnNumber, const ExceptionQt* cause = nullptr);
+    /** Copies the exception, its fields and its cause. */
+    XmlException(const XmlException& other);
+    /** Copies the other exception's fields and cause into this one. */
+    XmlException& operator=(const XmlException& other);
+    /** Destroys the exception and its cause copy. */
+    ~XmlException() override;
+    /** A new heap copy; the caller owns it. */
+    XmlException* clone() const override;
+};
+
+} // namespace ko
+
+#endif // KO_XMLEXCEPTION_H

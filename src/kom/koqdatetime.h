@@ -1,0 +1,38 @@
+#ifndef KO_KOQDATETIME_H
+#define KO_KOQDATETIME_H
+
+#include "coreqt_export.h"
+
+#include <QtCore/qnamespace.h>
+
+class QDate;
+class QDateTime;
+class QTime;
+
+/*
+ * Conversions of frame times (unsigned microseconds since 1970-01-01 00:00:00 UTC) to and from
+ * QDateTime. They pass through QDateTime's 32-bit seconds interface, so only instants up to
+ * 2106-02-07 06:28:15 UTC are represented; a larger seconds count is cut to its low 32 bits.
+ */
+namespace ko
+{
+
+/** The frame time @p t in local time, whole seconds (microseconds below one second are dropped). */
+COREQT_EXPORT QDateTime dateTime(unsigned long long t);
+/** The frame time @p t in local time with millisecond precision. */
+COREQT_EXPORT QDateTime toQDateTime(unsigned long long t);
+/** The frame time @p t in the time spec @p spec, whole seconds: this overload keeps no milliseconds. */
+COREQT_EXPORT QDateTime toQDateTime(unsigned long long t, Qt::TimeSpec spec);
+/** The frame time of @p dt in whole seconds (its milliseconds are ignored). */
+COREQT_EXPORT unsigned long long frameTime(const QDateTime& dt);
+/** The frame time of @p dt with millisecond precision. */
+COREQT_EXPORT unsigned long long fromQDateTime(const QDateTime& dt);
+/**
+ * The frame time of @p date at @p time in local time (midnight when @p time is invalid); without a valid
+ * date, the microseconds of @p time since midnight; 0 when both are invalid.
+ */
+COREQT_EXPORT unsigned long long fromQDateTime(const QDate& date, const QTime& time);
+
+} // namespace ko
+
+#endif // KO_KOQDATETIME_H

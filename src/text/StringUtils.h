@@ -1,0 +1,170 @@
+#ifndef KO_STRINGUTILS_H
+#define KO_STRINGUTILS_H
+
+#include "coreqt_export.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+class QRegExp;
+
+namespace ko
+{
+
+/**
+ * Text helpers over QString and QStringList: case-insensitive tests, trimming, truncation, splitting,
+ * list and set algebra, hex, Base64 and UTF-8 helpers. An instance converts QVariant values to and from text.
+ */
+class COREQT_EXPORT StringUtils
+{
+public:
+    /** Opens the instance's buffer for reading and writing; it serves toVariant() and toString(). */
+    StringUtils();
+
+    /** Separator pattern "\W+" (runs of non-word characters) for splitting a text into words. */
+    static QRegExp splitWords;
+
+    /** True when @p a and @p b are equal ignoring case. */
+    static bool equalsIgnoreCase(const QString& a, const QString& b);
+    /** True when @p s starts with @p prefix ignoring case. */
+    static bool startsWithIgnoreCase(const QString& s, const QString& prefix);
+    /** True when @p s ends with @p suffix ignoring case. */
+    static bool endsWithIgnoreCase(const QString& s, const QString& suffix);
+    /** Position of the first @p part in @p s ignoring case, -1 when absent. */
+    static int indexOfIgnoreCase(const QString& s, const QString& part);
+    /** True when @p s contains @p part ignoring case. */
+    static bool containsIgnoreCase(const QString& s, const QString& part);
+
+    /** Removes every character that occurs in @p chars from the ends of @p text chosen by @p sides. */
+    static QString trim(const QString& text, const QString& chars,
+        QFlags<Qt::AlignmentFlag> sides = Qt::AlignLeft | Qt::AlignRight);
+    /** Removes every character that occurs in @p chars from the start of @p text. */
+    static QString trimLeft(const QString& text, const QString& chars);
+    /** Removes every character that occurs in @p chars from the end of @p text. */
+    static QString trimRight(const QString& text, const QString& chars);
+    /** Removes one match of @p pattern that begins at the very start of @p text. */
+    static QString trimLeft(const QString& text, const QRegExp& pattern);
+    /** Removes the last match of @p pattern when it ends at the very end of @p text. */
+    static QString trimRight(const QString& text, const QRegExp& pattern);
+
+    /**
+     * Keeps @p maxLength characters of @p text (its start, end, middle or both ends by @p alignment)
+     * and marks the cut with "..."; the ellipsis comes on top of @p maxLength.
+     */
+    static QString truncate(
+        const QString& text, int maxLength, QFlags<Qt::AlignmentFlag> alignment = Qt::AlignLeft);
+
+    /** The parts of @p text between matches of @p separator. */
+    static QStringList splitStringList(const QString& text, const QRegExp& separator,
+        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    /** The parts of every element of @p texts at @p separator, in list order. */
+    static QStringList splitStringList(const QStringList& texts, const QString& separator,
+        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    /** The parts of every element of @p texts between matches of @p separator, in list order. */
+    static QStringList splitStringList(const QStringList& texts, const QRegExp& separator,
+        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    /** The set of the parts of @p text between matches of @p separator. */
+    static QSet<QString> splitStringSet(const QString& text, const QRegExp& separator,
+        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    /** The set of the parts of all elements of @p texts between matches of @p separator. */
+    static QSet<QString> splitStringSet(const QStringList& texts, const QRegExp& separator,
+        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    /** Splits @p text at the first @p separator; without one, @p head is the text and @p tail empty, not
+     * null. */
+    static void splitFirst(const QString& text, const QString& separator, QString& head, QString& tail);
+    /** Splits @p text at the first @p separator; without one, @p key is the text and @p value null. */
+    static void splitKeyValue(
+        const QString& text, QString& key, QString& value, QChar separator = QLatin1Char('='));
+    /** The statements of @p script, comment lines removed, split at @p separator; empty parts dropped. */
+    static QStringList splitScript(const QString& script, const QString& commentMarker = QStringLiteral("#"),
+        const QString& separator = QStringLiteral(";"));
+
+    /** @p text without comments, blank lines and indentation; lines are trimmed and joined with "\n". */
+    static QString stripCommentLines(const QString& text, const QString& commentMarker = QStringLiteral("#"));
+    /** The translations of @p sourceTexts in @p context, joined with @p separator. */
+    static QString joinTranslated(
+        const QString& context, const QSet<QString>& sourceTexts, QString separator = QStringLiteral(", "));
+    /** The non-empty @p parts joined with @p separator. */
+    static QString concat(const QStringList& parts, const QString& separator);
+    /** The non-empty parts among @p part1 and @p part2 to @p part10, joined with @p separator. */
+    static QString concat(const QString& part1, const QString& separator, const QString& part2,
+        const QString& part3 = QString(), const QString& part4 = QString(), const QString& part5 = QString(),
+        const QString& part6 = QString(), const QString& part7 = QString(), const QString& part8 = QString(),
+        const QString& part9 = QString(), const QString& part10 = QString());
+
+    /** True when some element of @p a is contained in @p b (case-sensitive). */
+    static bool intersectsWith(const QSet<QString>& a, const QSet<QString>& b);
+    /** True when some element of @p a starts with some element of @p b, ignoring case. */
+    static bool intersectsOnBeginning(const QSet<QString>& a, const QSet<QString>& b);
+    /** The elements contained in both @p a and @p b. */
+    static QSet<QString> intersect(const QSet<QString>& a, const QSet<QString>& b);
+    /** Inserts every item into @p set, translated in @p context when it is not empty. */
+    static void appendAll(QSet<QString>& set, const QStringList& items, const QString& context = QString());
+    /** Inserts every item into @p set, translated in @p context when it is not empty. */
+    static void appendAll(QSet<QString>& set, const QSet<QString>& items, const QString& context = QString());
+    /** Removes every element that @p pattern matches exactly; returns how many were removed. */
+    static int removeAll(QStringList& list, const QRegExp& pattern);
+    /** Exchanges the elements at @p i and @p j. */
+    static void swap(QStringList& list, int i, int j);
+
+    /** Appends the two hexadecimal digits of @p byte to @p out. */
+    static void appendHex(QString& out, unsigned char byte, bool upperCase = true);
+    /** The two hexadecimal digits of @p value. */
+    static QString toHex(unsigned char value, bool upperCase = true);
+    /** The 2 bytes of @p value in hexadecimal, most significant first, @p separator between bytes. */
+    static QString toHex(unsigned short value, bool upperCase = true, const QString& separator = QString());
+    /** The 4 bytes of @p value in hexadecimal, most significant first, @p separator between bytes. */
+    static QString toHex(unsigned int value, bool upperCase = true, const QString& separator = QString());
+    /** The 8 bytes of @p value in hexadecimal, most significant first, @p separator between bytes. */
+    static QString toHex(
+        unsigned long long value, bool upperCase = true, const QString& separator = QString());
+    /** Every byte of @p data in hexadecimal, in order, @p separator between bytes. */
+    static QString toHex(const QByteArray& data, bool upperCase = true, const QString& separator = QString());
+
+    /** The Base64 text of @p data. */
+    static QString encodeBase64(const QByteArray& data);
+    /** The Base64 text of the Latin-1 bytes of @p text. */
+    static QString encodeBase64(const QString& text);
+    /** The Base64 text of @p length bytes at @p data. */
+    static QString encodeBase64(const char* data, int length);
+    /** The text whose Base64 form is @p text, read as Latin-1 up to its first zero byte. */
+    static QString decodeBase64(const QString& text);
+    /**
+     * Reads one code point at @p p and advances @p p. Only ASCII and two-byte sequences decode correctly:
+     * a longer one uses just the byte after its lead (0xFE/0xFF the byte after next); a zero is never passed.
+     */
+    static unsigned int decodeUtf8(const char*& p);
+    /** True when @p text is empty or a prefix of the zero-terminated UTF-8 text @p utf8. */
+    static bool equalsUtf8(const QString& text, const char* utf8);
+    /** @p text read as a boolean the way QVariant converts text; @p ok tells whether it converted. */
+    static bool toBool(const QString& text, bool* ok = nullptr);
+
+    /** @p text converted to @p type, or read as Base64 of a serialised QVariant when it does not convert. */
+    QVariant toVariant(const QString& text, QVariant::Type type);
+    /** @p value as text, or Base64 of its serialised form when it has no text form. */
+    QString toString(const QVariant& value);
+
+private:
+    Q_DISABLE_COPY(StringUtils)
+
+    QBuffer mBuffer;
+    QDataStream mStream;
+};
+
+} // namespace ko
+
+/** Removes every occurrence of @p item from @p list; returns a copy of the changed list. */
+COREQT_EXPORT QStringList operator-=(QStringList& list, const QString& item);
+/** Removes every occurrence of each of @p items from @p list; returns a copy of the changed list. */
+COREQT_EXPORT QStringList operator-=(QStringList& list, const QStringList& items);
+/** Appends @p item unless @p list contains it; returns a copy of the changed list. */
+COREQT_EXPORT QStringList operator*=(QStringList& list, const QString& item);
+/** Appends each of @p items that @p list does not contain yet, in order; returns a copy of the changed list.
+ */
+COREQT_EXPORT QStringList operator*=(QStringList& list, const QStringList& items);
+
+#endif // KO_STRINGUTILS_H

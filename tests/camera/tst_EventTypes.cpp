@@ -1,0 +1,154 @@
+#include "camera/EventTypes.h"
+
+#include <QtTest>
+
+#include <climits>
+
+class tst_EventTypes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tableShape();
+    void nameOfKey_data();
+    void nameOfKey();
+    void nameOfIndex_data();
+    void nameOfIndex();
+    void eventsOfMasks_data();
+    void eventsOfMasks();
+    void profileKeys_data();
+    void profileKeys();
+    void constants();
+};
+
+void tst_EventTypes::tableShape()
+{
+    // Bits 0 to 27 each belong to exactly one event; no event but "AE" has bits 28 to 31.
+    const QStringList ownerOfBit { "EC", "EL", "EL2", "VM", "VM2", "MI", "SI", "SI2", "SI3", "SI4",
+                                   "PE", "TT", "UC", "BT", "BR", "BL", "RC", "TP", "IL", "IL2",
+                                   "RD", "PI", "IR", "CI", "RB", "RE", "RT", "RH" };
+    for (int bit = 0; bit < 32; ++bit)
+        QCOMPARE(ko::triggerEventsName(1u << bit, 0xFFFFFFFF, 0xFFFFFFFF), ownerOfBit.value(bit));
+    QCOMPARE(ko::sTriggerEvents[0].mask, 0xFFFFFFFFu);
+    for (const ko::TriggerEventRow& row : ko::sTriggerEvents)
+        QCOMPARE(row.reserved, 0u);
+}
+
+void tst_EventTypes::nameOfKey_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("AE") << "AE" << "All Events";
+    QTest::newRow("IL2 text without its 2") << "IL2" << "Illumination (IL2)";
+    QTest::newRow("SI5 named SI4") << "SI5" << "Signal Input 5 (SI4)";
+    QTest::newRow("SI1 named SI") << "SI" << "Signal Input 1 (SI)";
+    QTest::newRow("case matters") << "ae" << "ae";
+    QTest::newRow("camel-case key") << "RingOK" << "Bell Pressed";
+    QTest::newRow("lower-case key") << "disconnected" << "Connection Lost";
+    QTest::newRow("no trimming") << "VM " << "VM ";
+    QTest::newRow("unknown") << "XY" << "XY";
+    QTest::newRow("empty") << "" << "";
+    QTest::newRow("mailbox prefix only") << "AMB_" << "Mailbox Message (AMB_)";
+    QTest::newRow("mailbox") << "AMB_17" << "Mailbox Message (AMB_17)";
+    QTest::newRow("end of message") << "AME_X" << "End of Message (AME_X)";
+    QTest::newRow("mailbox case matters") << "amb_1" << "amb_1";
+    QTest::newRow("prefix not at start") << "XAMB_1" << "XAMB_1";
+}
+
+void tst_EventTypes::nameOfKey()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, name);
+    QCOMPARE(ko::triggerEventName(key), name);
+}
+
+void tst_EventTypes::nameOfIndex_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("0") << 0 << "All Events";
+    QTest::newRow("47") << 47 << "Connection Lost";
+    QTest::newRow("-1 is outside the table") << -1 << "";
+    QTest::newRow("48 is outside the table") << 48 << "";
+    QTest::newRow("INT_MIN") << INT_MIN << "";
+}
+
+void tst_EventTypes::nameOfIndex()
+{
+    QFETCH(int, index);
+    QFETCH(QString, name);
+    QCOMPARE(ko::triggerEventName(index), name);
+}
+
+void tst_EventTypes::eventsOfMasks_data()
+{
+    QTest::addColumn<uint>("maskA");
+    QTest::addColumn<uint>("maskB");
+    QTest::addColumn<uint>("maskC");
+    QTest::addColumn<QString>("keys");
+
+    const uint all = 0xFFFFFFFF;
+    QTest::newRow("all") << all << all << all
+                         << "VM, VM2, PI, IL, IL2, MI, TP, UC, BT, BR, BL, IR, SI, SI2, SI3, SI4, RC, CI, "
+                            "PE, TT, RD, EC, EL, EL2, RB, RE, RH, RT";
+    QTest::newRow("one bit") << 0x8u << all << all << "VM";
+    QTest::newRow("bit per mask, no common row") << 0x8u << 0x10u << all << "";
+    QTest::newRow("table order, not bit order") << 0x0C000000u << all << all << "RH, RT";
+    QTest::newRow("intersection of three") << 0x7u << 0x6u << 0x3u << "EL";
+    QTest::newRow("mask C selects") << all << all << 0x00000201u << "SI4, EC";
+    QTest::newRow("zero mask") << 0u << all << all << "";
+    QTest::newRow("high bits only") << 0xF0000000u << all << all << "";
+}
+
+void tst_EventTypes::eventsOfMasks()
+{
+    QFETCH(uint, maskA);
+    QFETCH(uint, maskB);
+    QFETCH(uint, maskC);
+    QFETCH(QString, keys);
+    QCOMPARE(ko::triggerEventsName(maskA, maskB, maskC), keys);
+}
+
+void tst_EventTypes::profileKeys_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("key");
+
+    const char* keys[] = { "ENV", "IMA", "INT", "MSG", "MET", "SIG", "TIM" };
+    for (int type = 0; type < ko::kEventProfileTypeCount; ++type)
+        QTest::addRow("%d", type) << type << keys[type];
+    QTest::newRow("7") << 7 << QString();
+    QTest::newRow("-1") << -1 << QString();
+    QTest::newRow("INT_MIN") << INT_MIN << QString();
+}
+
+void tst_EventTypes::profileKeys()
+{
+    QFETCH(int, type);
+    QFETCH(QString, key);
+
+    const QString& result = ko::getEventProfileKey(static_cast<ko::EEventProfileTypes>(type));
+    QCOMPARE(result, key);
+    QCOMPARE(result.isNull(), key.isNull());
+    if (key.isNull())
+        QCOMPARE(&result, &ko::k_envProfileInvalidKey);
+}
+
+void tst_EventTypes::constants()
+{
+    using namespace ko::EventTypes;
+    QCOMPARE(ko::kMessageBeginTrigger, QStringLiteral("AMB_"));
+    QCOMPARE(ko::kMessageEndTrigger, QStringLiteral("AME_"));
+    QVERIFY(ko::k_envProfileInvalidKey.isNull());
+    const QStringList actions { k_ActionNameIPNotify, k_ActionNameEmail, k_ActionNameVoip,
+        k_ActionNameSound };
+    QCOMPARE(actions, QStringList({ "IP", "EM", "CL", "SD" }));
+    const QStringList sensors { k_vmSensorName, k_micSensorName, k_pirSensorName, k_sigSensorName,
+        k_tempSensorName, k_ilSensorName };
+    QCOMPARE(sensors, QStringList({ "vm", "mi", "ir", "si", "tp", "il" }));
+}
+
+QTEST_GUILESS_MAIN(tst_EventTypes)
+#include "tst_EventTypes.moc"
