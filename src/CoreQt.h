@@ -66,6 +66,7 @@
 #include "text/StringUtils.h"
 #include "threads/IInterface.h"
 #include "threads/IRunnable.h"
+#include "threads/komQtSignalThreadPool.h"
 #include "threads/komQtThreadPool.h"
 #include "threads/komQtWorkerThread.h"
 

@@ -188,4 +188,70 @@ bool invokeSlotQueued(QObject* object, const char* slot, QGenericArgument val0, 
         object, slot, Qt::QueuedConnection, val0, val1, val2, val3, val4, val5, val6, val7, val8, val9);
 }
 
+StSignals::StSignals() = default;
+
+StSignals::~StSignals() = default;
+
+StConnectSignals::StConnectSignals() = default;
+
+StConnectSignals::StConnectSignals(const StSignals& other)
+{
+    for (const auto& entry : other.record())
+        connect(entry.first);
+}
+
+StConnectSignals::~StConnectSignals()
+{
+    // Every entry, also those whose connect failed: their disconnect fails and is logged.
+    const auto entries = connections;
+    for (const auto& entry : entries) {
+        if (!entry.second)
+            ko::disconnect(entry.first);
+    }
+}
+
+bool StConnectSignals::connect(const SignalConnection& conn)
+{
+    const bool connected = ko::connect(conn);
+    connections.append(qMakePair(conn, false));
+    return connected;
+}
+
+bool StConnectSignals::connect(const QObject* sender, const char* signal, const QObject* receiver,
+                               const char* method, Qt::ConnectionType type)
+{
+    return connect(SignalConnection(sender, signal, receiver, method, type));
+}
+
+StDisconnectSignals::StDisconnectSignals() = default;
+
+StDisconnectSignals::StDisconnectSignals(const StSignals& other)
+{
+    for (const auto& entry : other.record())
+        disconnect(entry.first);
+}
+
+StDisconnectSignals::~StDisconnectSignals()
+{
+    // Only what was really broken comes back, so no connection is created that did not exist.
+    const auto entries = connections;
+    for (const auto& entry : entries) {
+        if (entry.second)
+            ko::connect(entry.first);
+    }
+}
+
+bool StDisconnectSignals::disconnect(const SignalConnection& conn)
+{
+    const bool disconnected = ko::disconnect(conn);
+    connections.append(qMakePair(conn, disconnected));
+    return disconnected;
+}
+
+bool StDisconnectSignals::disconnect(const QObject* sender, const char* signal, const QObject* receiver,
+                                     const char* method)
+{
+    return disconnect(SignalConnection(sender, signal, receiver, method, Qt::AutoConnection));
+}
+
 } // namespace ko

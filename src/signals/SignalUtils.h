@@ -4,6 +4,8 @@
 #include "coreqt_export.h"
 
 #include <QObject>
+#include <QList>
+#include <QPair>
 #include <QPointer>
 
 namespace ko
@@ -123,6 +125,75 @@ COREQT_EXPORT bool invokeSlotQueued(QObject* object, const char* slot,
     QGenericArgument val4 = QGenericArgument(), QGenericArgument val5 = QGenericArgument(),
     QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
     QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
+
+/** Base of the scoped connection sets: the connections in the order of the calls, each with its undo flag. */
+class COREQT_EXPORT StSignals
+{
+public:
+    /** An empty record. */
+    StSignals();
+    /** Releases the record. */
+    virtual ~StSignals();
+
+    /** The record: each connection with its undo flag, in call order. */
+    const QList<QPair<SignalConnection, bool>>& record() const { return connections; }
+
+protected:
+    QList<QPair<SignalConnection, bool>> connections;
+
+private:
+    Q_DISABLE_COPY(StSignals)
+};
+
+/**
+ * Makes connections and undoes every one it attempted when it ends, in the order made,
+ * including those whose connect failed.
+ */
+class COREQT_EXPORT StConnectSignals : public StSignals
+{
+public:
+    /** An empty set. */
+    StConnectSignals();
+    /** Connects every connection of @p other, in its order, whatever its flag. */
+    explicit StConnectSignals(const StSignals& other);
+    /** The same for another connecting set: its connections are made once more. */
+    StConnectSignals(const StConnectSignals& other) : StConnectSignals(static_cast<const StSignals&>(other)) {}
+    StConnectSignals& operator=(const StConnectSignals&) = delete;
+    /** Disconnects every recorded connection, first one first. */
+    ~StConnectSignals() override;
+
+    /** Connects @p conn and records it, whether the connect succeeded or not. */
+    bool connect(const SignalConnection& conn);
+    /** Connects @p sender's @p signal to @p receiver's @p method and records it. */
+    bool connect(const QObject* sender, const char* signal, const QObject* receiver, const char* method,
+                 Qt::ConnectionType type = Qt::AutoConnection);
+};
+
+/**
+ * Breaks connections and restores, when it ends, only those it really broke, so it
+ * never creates a connection that did not exist before. The objects must outlive it.
+ */
+class COREQT_EXPORT StDisconnectSignals : public StSignals
+{
+public:
+    /** An empty set. */
+    StDisconnectSignals();
+    /** Disconnects every connection of @p other, in its order, whatever its flag. */
+    explicit StDisconnectSignals(const StSignals& other);
+    /** The same for another disconnecting set: its connections are broken once more. */
+    StDisconnectSignals(const StDisconnectSignals& other)
+        : StDisconnectSignals(static_cast<const StSignals&>(other))
+    {
+    }
+    StDisconnectSignals& operator=(const StDisconnectSignals&) = delete;
+    /** Reconnects, first one first, every connection that was really broken, with its own type. */
+    ~StDisconnectSignals() override;
+
+    /** Disconnects @p conn and records whether a connection was broken. */
+    bool disconnect(const SignalConnection& conn);
+    /** Disconnects @p sender's @p signal from @p receiver's @p method and records the result. */
+    bool disconnect(const QObject* sender, const char* signal, const QObject* receiver, const char* method);
+};
 
 } // namespace ko
 
