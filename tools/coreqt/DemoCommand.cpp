@@ -1,0 +1,100 @@
+#include "DemoCommand.h"
+
+#include "Output.h"
+#include "TimeCommands.h"
+#include "Translations.h"
+
+#include "Version.h"
+#include "camera/EventTypes.h"
+#include "camera/ImageTypes.h"
+#include "exceptions/FileException.h"
+#include "exceptions/IOException.h"
+#include "exceptions/RuntimeException.h"
+#include "kom/koqdatetime.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QTextStream>
+
+namespace tool
+{
+
+namespace
+{
+
+// A frame time of the sample recording: 2023-11-14T22:13:20.123456Z.
+constexpr unsigned long long kSampleFrameTime = 1700000000123456ull;
+
+void section(const QString& title)
+{
+    printLine(QString());
+    printLine(QStringLiteral("== ") + title);
+}
+
+void printIndented(const QString& text)
+{
+    for (const QString& line : text.split(QLatin1Char('\n'), QString::SkipEmptyParts))
+        printLine(QStringLiteral("  ") + line);
+}
+
+void showVocabulary(Translations& translations)
+{
+    section(QStringLiteral("Camera vocabulary in English, German and French"));
+    const Language installed = translations.language();
+    for (Language language : { Language::English, Language::German, Language::French }) {
+        translations.install(language);
+        const QString code = languageCode(language);
+        printLine(QStringLiteral("  %1  event VM: %2").arg(code, ko::triggerEventName(QStringLiteral("VM"))));
+        printLine(
+            QStringLiteral("  %1  event AMB_7: %2").arg(code, ko::triggerEventName(QStringLiteral("AMB_7"))));
+        printLine(QStringLiteral("  %1  whiteBalance 'auto narrow': %2")
+                      .arg(code, whiteBalanceName(QStringLiteral("auto narrow"))));
+        printLine(QStringLiteral("  %1  noiseSuppression '5': %2")
+                      .arg(code, noiseSuppressionName(QStringLiteral("5"))));
+        printLine(QStringLiteral("  %1  streamMode 0x4: %2").arg(code, streamModeName(ko::StreamModeSpeed)));
+    }
+    translations.install(installed);
+}
+
+void showException()
+{
+    section(QStringLiteral("An exception with a two-deep cause chain"));
+    try {
+        const ko::FileException disk(QFileInfo(QStringLiteral("/recordings/cam1/0042.dat")),
+            QFile::WriteError, QStringLiteral("no space left on the device"));
+        const ko::IOException frame(QStringLiteral("frame 42 was not saved"), &disk);
+        ko::RuntimeException recording(QStringLiteral("recording of cam1 stopped"));
+        recording.setCause(&frame);
+        throw recording;
+    } catch (const ko::ExceptionQt& e) {
+        printIndented(e.toString());
+    }
+}
+
+void showFrameTime()
+{
+    section(QStringLiteral("A frame time converted both ways"));
+    Report there(Report::Properties);
+    addFrameTime(there, kSampleFrameTime);
+    printIndented(QString::fromUtf8(there.render(Format::Text)));
+    const QString utc = ko::toQDateTime(kSampleFrameTime).toUTC().toString(Qt::ISODateWithMs);
+    printLine(QStringLiteral("  back from %1: %2 (milliseconds kept)").arg(utc).arg(frameTimeOf(utc)));
+}
+
+int runDemo(const Invocation& invocation)
+{
+    printLine(QStringLiteral("CoreQt %1: a short tour").arg(QLatin1String(ko::coreQtVersion())));
+    showVocabulary(*invocation.translations);
+    showException();
+    showFrameTime();
+    return 0;
+}
+
+} // namespace
+
+const Command kDemoCommand = { "demo", "",
+    "A short tour of the library on built-in sample data: jobs, signal thread pool, vocabulary in three "
+    "languages, an exception chain, frame times and an enciphered file.",
+    0, 0, nullptr, runDemo };
+
+} // namespace tool
