@@ -45,6 +45,8 @@
 #include "exceptions/XmlException.h"
 #include "io/CloseInactive.h"
 #include "io/CloseOnExit.h"
+#include "io/FileEncrypt.h"
+#include "io/QtSettingsAdaptor.h"
 #include "kom/kom_qt.h"
 #include "kom/koqdatetime.h"
 #include "kom/koqstring.h"

@@ -1,0 +1,161 @@
+#include "io/QtSettingsAdaptor.h"
+
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <string>
+
+Q_DECLARE_METATYPE(std::string)
+
+namespace
+{
+
+std::string bytes(const char* text, size_t length)
+{
+    return std::string(text, length);
+}
+
+} // namespace
+
+class tst_QtSettingsAdaptor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void missingKeyReturnsDefault_data();
+    void missingKeyReturnsDefault();
+    void valuesReadBackThroughQSettings_data();
+    void valuesReadBackThroughQSettings();
+    void nestedGroups();
+    void otherTypesAsText();
+    void statusAndWritable();
+
+private:
+    QString iniPath() const { return mDir->filePath(QStringLiteral("settings.ini")); }
+    std::unique_ptr<QTemporaryDir> mDir;
+};
+
+void tst_QtSettingsAdaptor::init()
+{
+    mDir.reset(new QTemporaryDir);
+    QVERIFY(mDir->isValid());
+}
+
+void tst_QtSettingsAdaptor::missingKeyReturnsDefault_data()
+{
+    QTest::addColumn<std::string>("fallback");
+    QTest::newRow("empty") << std::string();
+    QTest::newRow("text") << std::string("fallback");
+    QTest::newRow("embedded zero") << bytes("a\0b", 3);
+}
+
+void tst_QtSettingsAdaptor::missingKeyReturnsDefault()
+{
+    QFETCH(std::string, fallback);
+    QSettings settings(iniPath(), QSettings::IniFormat);
+    ko::QtSettingsAdaptor adaptor(settings);
+    QVERIFY(!adaptor.contains("nothing/here"));
+    QCOMPARE(adaptor.value("nothing/here", fallback), fallback);
+    QVERIFY(!adaptor.contains("nothing/here"));
+}
+
+void tst_QtSettingsAdaptor::valuesReadBackThroughQSettings_data()
+{
+    QTest::addColumn<std::string>("key");
+    QTest::addColumn<std::string>("value");
+    QTest::newRow("plain") << std::string("name") << std::string("camera one");
+    QTest::newRow("empty value") << std::string("empty") << std::string();
+    QTest::newRow("number stays text") << std::string("count") << std::string("42");
+    QTest::newRow("embedded zero") << std::string("zero") << bytes("left\0right", 10);
+    QTest::newRow("Latin-1 byte") << std::string("accent") << std::string("caf\xe9");
+    QTest::newRow("path key") << std::string("net/host") << std::string("10.0.0.1");
+    QTest::newRow("punctuation") << std::string("odd") << std::string("a=b; c, \"d\"\n");
+}
+
+void tst_QtSettingsAdaptor::valuesReadBackThroughQSettings()
+{
+    QFETCH(std::string, key);
+    QFETCH(std::string, value);
+    {
+        QSettings settings(iniPath(), QSettings::IniFormat);
+        ko::QtSettingsAdaptor adaptor(settings);
+        adaptor.setValue(key, value);
+        QCOMPARE(settings.value(QString::fromStdString(key)).type(), QVariant::String);
+        QVERIFY(adaptor.contains(key));
+        QCOMPARE(adaptor.value(key, "default"), value);
+        adaptor.sync();
+        QCOMPARE(adaptor.status(), 0);
+    }
+    // A fresh QSettings on the same file sees the text.
+    QSettings reread(iniPath(), QSettings::IniFormat);
+    const QString expected = QString::fromLatin1(value.data(), int(value.size()));
+    QCOMPARE(reread.value(QString::fromLatin1(key.data(), int(key.size()))).toString(), expected);
+    ko::QtSettingsAdaptor adaptor(reread);
+    QCOMPARE(adaptor.value(key, "default"), value);
+}
+
+void tst_QtSettingsAdaptor::nestedGroups()
+{
+    QSettings settings(iniPath(), QSettings::IniFormat);
+    ko::QtSettingsAdaptor adaptor(settings);
+    QCOMPARE(adaptor.group(), std::string());
+    adaptor.beginGroup("a");
+    adaptor.beginGroup("b");
+    QCOMPARE(adaptor.group(), std::string("a/b"));
+    adaptor.setValue("key", "inner");
+    adaptor.endGroup();
+    QCOMPARE(adaptor.group(), std::string("a"));
+    adaptor.setValue("key", "outer");
+    QCOMPARE(adaptor.value("b/key", ""), std::string("inner"));
+    adaptor.endGroup();
+    QCOMPARE(adaptor.group(), std::string());
+    adaptor.setValue("other", "kept");
+    adaptor.sync();
+
+    QSettings reread(iniPath(), QSettings::IniFormat);
+    QCOMPARE(reread.value(QStringLiteral("a/b/key")).toString(), QStringLiteral("inner"));
+    QCOMPARE(reread.value(QStringLiteral("a/key")).toString(), QStringLiteral("outer"));
+
+    adaptor.remove("a");
+    QVERIFY(!adaptor.contains("a/b/key"));
+    QVERIFY(!adaptor.contains("a/key"));
+    QVERIFY(adaptor.contains("other"));
+}
+
+void tst_QtSettingsAdaptor::otherTypesAsText()
+{
+    QSettings settings(iniPath(), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("number"), 42);
+    settings.setValue(QStringLiteral("flag"), true);
+    settings.setValue(QStringLiteral("list"), QStringList{QStringLiteral("x"), QStringLiteral("y")});
+    ko::QtSettingsAdaptor adaptor(settings);
+    QCOMPARE(adaptor.value("number", "d"), std::string("42"));
+    QCOMPARE(adaptor.value("flag", "d"), std::string("true"));
+    QCOMPARE(adaptor.value("list", "d"), std::string());
+}
+
+void tst_QtSettingsAdaptor::statusAndWritable()
+{
+    {
+        QSettings settings(iniPath(), QSettings::IniFormat);
+        ko::QtSettingsAdaptor adaptor(settings);
+        QVERIFY(adaptor.isWritable());
+        QCOMPARE(adaptor.status(), 0);
+    }
+    // A settings file below a plain file can never be written.
+    QFile blocker(mDir->filePath(QStringLiteral("plain")));
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    QSettings settings(blocker.fileName() + QStringLiteral("/settings.ini"), QSettings::IniFormat);
+    ko::QtSettingsAdaptor adaptor(settings);
+    adaptor.setValue("key", "value");
+    adaptor.sync();
+    QVERIFY(!adaptor.isWritable());
+    QCOMPARE(adaptor.status(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_QtSettingsAdaptor)
+#include "tst_QtSettingsAdaptor.moc"
