@@ -1,5 +1,6 @@
 #include "DemoCommand.h"
 
+#include "FileCommands.h"
 #include "Output.h"
 #include "TimeCommands.h"
 #include "Translations.h"
@@ -10,10 +11,12 @@
 #include "exceptions/FileException.h"
 #include "exceptions/IOException.h"
 #include "exceptions/RuntimeException.h"
+#include "io/FileEncrypt.h"
 #include "kom/koqdatetime.h"
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <QTextStream>
 
 namespace tool
@@ -81,12 +84,36 @@ void showFrameTime()
     printLine(QStringLiteral("  back from %1: %2 (milliseconds kept)").arg(utc).arg(frameTimeOf(utc)));
 }
 
+void showEncipheredFile()
+{
+    section(QStringLiteral("An enciphered temporary file written, inspected and read back"));
+    const QByteArray sample = QByteArrayLiteral("camera cam1: 42 frames recorded, 0 lost\n");
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sample.enc"));
+    ko::FileEncrypt out(path);
+    const bool written = out.open(QIODevice::WriteOnly) && out.write(sample) == sample.size();
+    out.close();
+    if (!written) {
+        printLine(QStringLiteral("  could not write %1: %2").arg(path, out.errorString()));
+        return;
+    }
+    printLine(
+        QStringLiteral("  wrote %1 bytes; on disk %2 bytes").arg(sample.size()).arg(QFileInfo(path).size()));
+    printIndented(QString::fromUtf8(inspectFile(path).render(Format::Text)));
+    ko::FileEncrypt in(path);
+    const QByteArray back = in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+    in.close();
+    printLine(
+        back == sample ? QStringLiteral("  read back: identical") : QStringLiteral("  read back: different"));
+}
+
 int runDemo(const Invocation& invocation)
 {
     printLine(QStringLiteral("CoreQt %1: a short tour").arg(QLatin1String(ko::coreQtVersion())));
     showVocabulary(*invocation.translations);
     showException();
     showFrameTime();
+    showEncipheredFile();
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include "Command.h"
 #include "DemoCommand.h"
 #include "EventCommands.h"
+#include "FileCommands.h"
 #include "Output.h"
 #include "TimeCommands.h"
 #include "Translations.h"
@@ -23,8 +24,8 @@ namespace tool
 namespace
 {
 
-const Command* const kCommands[]
-    = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand, &kFpsCommand, &kTimeCommand };
+const Command* const kCommands[] = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand,
+    &kFpsCommand, &kTimeCommand, &kEncryptCommand, &kDecryptCommand, &kInspectCommand };
 
 // Every failure ends with one line on standard error and this status.
 constexpr int kFailure = 2;
