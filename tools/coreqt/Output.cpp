@@ -95,16 +95,16 @@ QByteArray Report::render(Format format) const
         return document.toJson(QJsonDocument::Indented);
     }
     QString text;
-    for (const Record& record : mRecords) {
-        QStringList values;
-        for (const auto& field : record.fields()) {
-            if (mShape == Properties)
-                text += field.first + QLatin1Char('\t') + textOf(field.second) + QLatin1Char('\n');
-            else
+    if (mShape == Properties) {
+        for (const auto& field : mRecords.first().fields())
+            text += field.first + QLatin1Char('\t') + textOf(field.second) + QLatin1Char('\n');
+    } else {
+        for (const Record& record : mRecords) {
+            QStringList values;
+            for (const auto& field : record.fields())
                 values << textOf(field.second);
-        }
-        if (mShape == Rows)
             text += values.join(QLatin1Char('\t')) + QLatin1Char('\n');
+        }
     }
     return text.toUtf8();
 }
