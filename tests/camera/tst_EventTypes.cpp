@@ -12,8 +12,6 @@ private Q_SLOTS:
     void tableShape();
     void nameOfKey_data();
     void nameOfKey();
-    void nameOfIndex_data();
-    void nameOfIndex();
     void eventsOfMasks_data();
     void eventsOfMasks();
     void profileKeys_data();
@@ -24,14 +22,20 @@ private Q_SLOTS:
 void tst_EventTypes::tableShape()
 {
     // Bits 0 to 27 each belong to exactly one event; no event but "AE" has bits 28 to 31.
-    const QStringList ownerOfBit { "EC", "EL", "EL2", "VM", "VM2", "MI", "SI", "SI2", "SI3", "SI4",
-                                   "PE", "TT", "UC", "BT", "BR", "BL", "RC", "TP", "IL", "IL2",
-                                   "RD", "PI", "IR", "CI", "RB", "RE", "RT", "RH" };
+    const QStringList ownerOfBit { "EC", "EL", "EL2", "VM", "VM2", "MI", "SI", "SI2", "SI3", "SI4", "PE",
+        "TT", "UC", "BT", "BR", "BL", "RC", "TP", "IL", "IL2", "RD", "PI", "IR", "CI", "RB", "RE", "RT",
+        "RH" };
     for (int bit = 0; bit < 32; ++bit)
         QCOMPARE(ko::triggerEventsName(1u << bit, 0xFFFFFFFF, 0xFFFFFFFF), ownerOfBit.value(bit));
     QCOMPARE(ko::sTriggerEvents[0].mask, 0xFFFFFFFFu);
     for (const ko::TriggerEventRow& row : ko::sTriggerEvents)
         QCOMPARE(row.reserved, 0u);
+
+    // By index: the first and last of the 48 rows; outside the table an empty string.
+    QCOMPARE(ko::triggerEventName(0), QStringLiteral("All Events"));
+    QCOMPARE(ko::triggerEventName(47), QStringLiteral("Connection Lost"));
+    for (int index : { -1, 48, INT_MIN })
+        QCOMPARE(ko::triggerEventName(index), QString());
 }
 
 void tst_EventTypes::nameOfKey_data()
@@ -39,21 +43,21 @@ void tst_EventTypes::nameOfKey_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("AE") << "AE" << "All Events";
-    QTest::newRow("IL2 text without its 2") << "IL2" << "Illumination (IL2)";
-    QTest::newRow("SI5 named SI4") << "SI5" << "Signal Input 5 (SI4)";
-    QTest::newRow("SI1 named SI") << "SI" << "Signal Input 1 (SI)";
-    QTest::newRow("case matters") << "ae" << "ae";
-    QTest::newRow("camel-case key") << "RingOK" << "Bell Pressed";
-    QTest::newRow("lower-case key") << "disconnected" << "Connection Lost";
-    QTest::newRow("no trimming") << "VM " << "VM ";
-    QTest::newRow("unknown") << "XY" << "XY";
-    QTest::newRow("empty") << "" << "";
-    QTest::newRow("mailbox prefix only") << "AMB_" << "Mailbox Message (AMB_)";
-    QTest::newRow("mailbox") << "AMB_17" << "Mailbox Message (AMB_17)";
-    QTest::newRow("end of message") << "AME_X" << "End of Message (AME_X)";
-    QTest::newRow("mailbox case matters") << "amb_1" << "amb_1";
-    QTest::newRow("prefix not at start") << "XAMB_1" << "XAMB_1";
+    const auto row
+        = [](const char* name, const char* key, const char* text) { QTest::newRow(name) << key << text; };
+    row("IL2 text without its 2", "IL2", "Illumination (IL2)");
+    row("SI5 named SI4", "SI5", "Signal Input 5 (SI4)");
+    row("SI1 named SI", "SI", "Signal Input 1 (SI)");
+    row("case matters", "ae", "ae");
+    row("camel-case key", "RingOK", "Bell Pressed");
+    row("lower-case key", "disconnected", "Connection Lost");
+    row("no trimming", "VM ", "VM ");
+    row("empty", "", "");
+    row("mailbox prefix only", "AMB_", "Mailbox Message (AMB_)");
+    row("mailbox", "AMB_17", "Mailbox Message (AMB_17)");
+    row("end of message", "AME_X", "End of Message (AME_X)");
+    row("mailbox case matters", "amb_1", "amb_1");
+    row("prefix not at start", "XAMB_1", "XAMB_1");
 }
 
 void tst_EventTypes::nameOfKey()
@@ -63,25 +67,6 @@ void tst_EventTypes::nameOfKey()
     QCOMPARE(ko::triggerEventName(key), name);
 }
 
-void tst_EventTypes::nameOfIndex_data()
-{
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("name");
-
-    QTest::newRow("0") << 0 << "All Events";
-    QTest::newRow("47") << 47 << "Connection Lost";
-    QTest::newRow("-1 is outside the table") << -1 << "";
-    QTest::newRow("48 is outside the table") << 48 << "";
-    QTest::newRow("INT_MIN") << INT_MIN << "";
-}
-
-void tst_EventTypes::nameOfIndex()
-{
-    QFETCH(int, index);
-    QFETCH(QString, name);
-    QCOMPARE(ko::triggerEventName(index), name);
-}
-
 void tst_EventTypes::eventsOfMasks_data()
 {
     QTest::addColumn<uint>("maskA");
@@ -89,17 +74,19 @@ void tst_EventTypes::eventsOfMasks_data()
     QTest::addColumn<uint>("maskC");
     QTest::addColumn<QString>("keys");
 
+    const auto row = [](const char* name, uint a, uint b, uint c, const char* keys) {
+        QTest::newRow(name) << a << b << c << keys;
+    };
     const uint all = 0xFFFFFFFF;
-    QTest::newRow("all") << all << all << all
-                         << "VM, VM2, PI, IL, IL2, MI, TP, UC, BT, BR, BL, IR, SI, SI2, SI3, SI4, RC, CI, "
-                            "PE, TT, RD, EC, EL, EL2, RB, RE, RH, RT";
-    QTest::newRow("one bit") << 0x8u << all << all << "VM";
-    QTest::newRow("bit per mask, no common row") << 0x8u << 0x10u << all << "";
-    QTest::newRow("table order, not bit order") << 0x0C000000u << all << all << "RH, RT";
-    QTest::newRow("intersection of three") << 0x7u << 0x6u << 0x3u << "EL";
-    QTest::newRow("mask C selects") << all << all << 0x00000201u << "SI4, EC";
-    QTest::newRow("zero mask") << 0u << all << all << "";
-    QTest::newRow("high bits only") << 0xF0000000u << all << all << "";
+    row("all", all, all, all,
+        "VM, VM2, PI, IL, IL2, MI, TP, UC, BT, BR, BL, IR, SI, SI2, SI3, SI4, RC, CI, PE, TT, RD, EC, EL, "
+        "EL2, "
+        "RB, RE, RH, RT");
+    row("bit per mask, no common row", 0x8u, 0x10u, all, "");
+    row("table order, not bit order", 0x0C000000u, all, all, "RH, RT");
+    row("intersection of three", 0x7u, 0x6u, 0x3u, "EL");
+    row("mask C selects", all, all, 0x00000201u, "SI4, EC");
+    row("high bits only", 0xF0000000u, all, all, "");
 }
 
 void tst_EventTypes::eventsOfMasks()
@@ -116,12 +103,10 @@ void tst_EventTypes::profileKeys_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<QString>("key");
 
-    const char* keys[] = { "ENV", "IMA", "INT", "MSG", "MET", "SIG", "TIM" };
-    for (int type = 0; type < ko::kEventProfileTypeCount; ++type)
-        QTest::addRow("%d", type) << type << keys[type];
-    QTest::newRow("7") << 7 << QString();
-    QTest::newRow("-1") << -1 << QString();
-    QTest::newRow("INT_MIN") << INT_MIN << QString();
+    QTest::newRow("first") << 0 << QStringLiteral("ENV");
+    QTest::newRow("last") << ko::kEventProfileTypeCount - 1 << QStringLiteral("TIM");
+    for (int type : { 7, -1, INT_MIN })
+        QTest::addRow("%d", type) << type << QString();
 }
 
 void tst_EventTypes::profileKeys()

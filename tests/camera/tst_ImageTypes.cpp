@@ -2,7 +2,6 @@
 
 #include <QtTest>
 
-#include <cmath>
 #include <functional>
 #include <limits>
 
@@ -26,43 +25,26 @@ EnumSetting makeSetting(
         byKey };
 }
 
+// Each setting X has XIndex and three overloads of XName.
+#define SETTING(x, E) std::make_pair(QStringLiteral(#x), makeSetting<E>(x##Index, x##Name, x##Name, x##Name))
+
 EnumSetting enumSetting(const QString& name)
 {
-    static const QHash<QString, EnumSetting> settings {
-        { "camEye", makeSetting<ko::ECamEye>(camEyeIndex, camEyeName, camEyeName, camEyeName) },
-        { "streamMode",
-            makeSetting<ko::EStreamMode>(streamModeIndex, streamModeName, streamModeName, streamModeName) },
-        { "nightImprovement",
-            makeSetting<ko::ENightImproveMode>(
-                nightImprovementIndex, nightImprovementName, nightImprovementName, nightImprovementName) },
-        { "whiteBalance",
-            makeSetting<ko::EWhiteBMode>(
-                whiteBalanceIndex, whiteBalanceName, whiteBalanceName, whiteBalanceName) },
-        { "noiseSuppression",
-            makeSetting<ko::ENoiseSurp>(
-                noiseSuppressionIndex, noiseSuppressionName, noiseSuppressionName, noiseSuppressionName) },
-        { "darkNoiseSuppression",
-            makeSetting<ko::EDarkNoiseSurp>(darkNoiseSuppressionIndex, darkNoiseSuppressionName,
-                darkNoiseSuppressionName, darkNoiseSuppressionName) },
-        { "contrastMode",
-            makeSetting<ko::EContrastMode>(
-                contrastModeIndex, contrastModeName, contrastModeName, contrastModeName) },
-    };
+    static const QHash<QString, EnumSetting> settings { SETTING(camEye, ko::ECamEye),
+        SETTING(streamMode, ko::EStreamMode), SETTING(nightImprovement, ko::ENightImproveMode),
+        SETTING(whiteBalance, ko::EWhiteBMode), SETTING(noiseSuppression, ko::ENoiseSurp),
+        SETTING(darkNoiseSuppression, ko::EDarkNoiseSurp), SETTING(contrastMode, ko::EContrastMode) };
     return settings.value(name);
 }
 
 // The key lookups over the tables without an enumeration.
+#define LOOKUP(f) std::make_pair(QStringLiteral(#f), &f)
+
 QString nameOfKey(const QString& function, const QString& key)
 {
-    static const QHash<QString, QString (*)(const QString&)> functions {
-        { "streamCodex", streamCodex },
-        { "resolutionName", resolutionName },
-        { "resolutionNameFiltered", resolutionNameFiltered },
-        { "displayModeName", displayModeName },
-        { "exposurePresetName", exposurePresetName },
-        { "microSensitivityName", microSensitivityName },
-        { "camEyeNameFiltered", camEyeNameFiltered },
-    };
+    static const QHash<QString, QString (*)(const QString&)> functions { LOOKUP(streamCodex),
+        LOOKUP(resolutionName), LOOKUP(resolutionNameFiltered), LOOKUP(displayModeName),
+        LOOKUP(exposurePresetName), LOOKUP(microSensitivityName), LOOKUP(camEyeNameFiltered) };
     return functions.value(function)(key);
 }
 
@@ -77,17 +59,14 @@ private Q_SLOTS:
     void enumRows();
     void enumMisses_data();
     void enumMisses();
-    void camEyeApiName_data();
-    void camEyeApiName();
     void keyLookups_data();
     void keyLookups();
-    void nullExposureRow();
-    void nameOfId_data();
-    void nameOfId();
-    void frameRate_data();
-    void frameRate();
+    void numberLookups_data();
+    void numberLookups();
 };
 
+// The edge rows of each table: first and last, the duplicate "Off" texts, values out of bit order, the
+// "Unknown" rows (value 0).
 void tst_ImageTypes::enumRows_data()
 {
     QTest::addColumn<QString>("setting");
@@ -96,48 +75,25 @@ void tst_ImageTypes::enumRows_data()
     QTest::addColumn<int>("value");
     QTest::addColumn<QString>("key");
 
-    struct Row
-    {
-        const char* text;
-        int value;
-        const char* key;
+    const auto row = [](const char* setting, int index, const char* text, int value, const char* key) {
+        QTest::addRow("%s %d", setting, index) << setting << index << text << value << key;
     };
-    const auto addRows = [](const char* setting, std::initializer_list<Row> rows) {
-        int index = 0;
-        for (const Row& row : rows) {
-            QTest::addRow("%s %d", setting, index) << setting << index << row.text << row.value << row.key;
-            ++index;
-        }
-    };
-    addRows("camEye",
-        { { "Right", 1, "right" }, { "Left", 2, "left" }, { "Both", 3, "both" }, { "Auto", 4, "auto" },
-            { "Left in Right", 5, "LiR" }, { "Right in Left", 6, "RiL" } });
-    addRows("streamMode",
-        { { "Quality", 0x2, "-1" }, { "Speed", 0x4, "1" }, { "Normal", 0x8, "0" },
-            { "Unknown", 0, "undef" } });
-    addRows("nightImprovement",
-        { { "Automatic", 0x2, "auto" }, { "Off", 0x4, "off" }, { "On", 0x8, "on" },
-            { "Unknown", 0, "undef" } });
-    addRows("whiteBalance",
-        { { "Automatic", 0x2, "auto" }, { "Automatic (Narrow)", 0x100, "auto narrow" },
-            { "Cloudy/Hazy", 0x4, "cloud" }, { "Indoor", 0x200, "indoor" }, { "Indoor 2", 0x400, "indoor 2" },
-            { "Outdoor", 0x8, "outdoor" }, { "Outdoor 2", 0x1000, "outdoor 2" }, { "Sunny", 0x10, "sun" },
-            { "Fluorescent Lamp", 0x20, "neon" }, { "Incandescent Lamp", 0x40, "bulb" },
-            { "Incandescent Lamp 2", 0x800, "bulb 2" }, { "Gray World", 0x80, "gray" },
-            { "Hold Current", 0x2000, "hold" }, { "Unknown", 0, "undef" } });
-    addRows("noiseSuppression",
-        { { "Off", 0x2, "0" }, { "5 lux", 0x4, "50" }, { "3 lux", 0x8, "30" }, { "1 lux", 0x10, "10" },
-            { "0.5 lux", 0x100, "5" }, { "Off", 0x80, "off" }, { "Low", 0x20, "low" },
-            { "High", 0x40, "high" }, { "Unknown", 0, "undef" } });
-    addRows("darkNoiseSuppression",
-        { { "Off", 0x2, "0" }, { "Low", 0x4, "low" }, { "Medium", 0x8, "medium" }, { "High", 0x10, "high" },
-            { "Unknown", 0, "undef" } });
-    addRows("contrastMode",
-        { { "Automatic", 0x2, "auto" }, { "Simple", 0x4, "simple" }, { "Adaptive", 0x8, "adaptive" },
-            { "Off", 0x10, "off" }, { "Unknown", 0, "undef" } });
+    row("camEye", 0, "Right", 1, "right");
+    row("camEye", 5, "Right in Left", 6, "RiL");
+    row("streamMode", 0, "Quality", 0x2, "-1");
+    row("streamMode", 3, "Unknown", 0, "undef");
+    row("nightImprovement", 2, "On", 0x8, "on");
+    row("whiteBalance", 1, "Automatic (Narrow)", 0x100, "auto narrow");
+    row("whiteBalance", 12, "Hold Current", 0x2000, "hold");
+    row("whiteBalance", 13, "Unknown", 0, "undef");
+    row("noiseSuppression", 0, "Off", 0x2, "0");
+    row("noiseSuppression", 4, "0.5 lux", 0x100, "5");
+    row("noiseSuppression", 5, "Off", 0x80, "off");
+    row("darkNoiseSuppression", 4, "Unknown", 0, "undef");
+    row("contrastMode", 3, "Off", 0x10, "off");
 }
 
-// Every row is reachable by index, value and key.
+// Each row is reachable by index, value and key.
 void tst_ImageTypes::enumRows()
 {
     QFETCH(QString, setting);
@@ -160,15 +116,18 @@ void tst_ImageTypes::enumMisses_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("rows");
 
-    QTest::newRow("camEye 7, key case") << "camEye" << 7 << "Right" << 6;
-    QTest::newRow("camEye 0 (no Unknown row)") << "camEye" << 0 << "unknown" << 6;
-    QTest::newRow("stream mode bit combination") << "streamMode" << 0x6 << "2" << 4;
-    QTest::newRow("night improvement, key case") << "nightImprovement" << 0x10 << "On" << 4;
-    QTest::newRow("white balance, key case") << "whiteBalance" << 0x3 << "Auto" << 14;
-    QTest::newRow("white balance, no trimming") << "whiteBalance" << 0x4000 << "auto narrow " << 14;
-    QTest::newRow("noise, unknown lux") << "noiseSuppression" << 0x200 << "20" << 9;
-    QTest::newRow("dark noise, bit combination") << "darkNoiseSuppression" << 0x6 << "Low" << 5;
-    QTest::newRow("contrast, negative") << "contrastMode" << -1 << "" << 5;
+    const auto row = [](const char* name, const char* setting, int value, const char* key, int rows) {
+        QTest::newRow(name) << setting << value << key << rows;
+    };
+    row("camEye 7, key case", "camEye", 7, "Right", 6);
+    row("camEye 0 (no Unknown row)", "camEye", 0, "unknown", 6);
+    row("stream mode bit combination", "streamMode", 0x6, "2", 4);
+    row("night improvement, key case", "nightImprovement", 0x10, "On", 4);
+    row("white balance, key case", "whiteBalance", 0x3, "Auto", 14);
+    row("white balance, no trimming", "whiteBalance", 0x4000, "auto narrow ", 14);
+    row("noise, unknown lux", "noiseSuppression", 0x200, "20", 9);
+    row("dark noise, bit combination", "darkNoiseSuppression", 0x6, "Low", 5);
+    row("contrast, negative", "contrastMode", -1, "", 5);
 }
 
 void tst_ImageTypes::enumMisses()
@@ -188,60 +147,34 @@ void tst_ImageTypes::enumMisses()
     QCOMPARE(lookups.nameOfIndex(-1), QString());
 }
 
-void tst_ImageTypes::camEyeApiName_data()
-{
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("key");
-
-    QTest::newRow("1") << 1 << "right";
-    QTest::newRow("5") << 5 << "LiR";
-    QTest::newRow("6") << 6 << "RiL";
-    QTest::newRow("0") << 0 << QString();
-    QTest::newRow("7") << 7 << QString();
-}
-
-void tst_ImageTypes::camEyeApiName()
-{
-    QFETCH(int, value);
-    QFETCH(QString, key);
-
-    const QString result = ::camEyeApiName(ko::ECamEye(value));
-    QCOMPARE(result, key);
-    QCOMPARE(result.isNull(), key.isNull());
-}
-
 void tst_ImageTypes::keyLookups_data()
 {
     QTest::addColumn<QString>("function");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("name");
 
-    QTest::newRow("codec enable") << "streamCodex" << "enable" << "KoPEG";
-    QTest::newRow("codec disable") << "streamCodex" << "disable" << "M-JPEG";
-    QTest::newRow("codec unknown") << "streamCodex" << "Enable" << "Enable";
-    QTest::newRow("first of a shared key") << "resolutionName" << "704x576" << "TV-PAL (704x576)";
-    QTest::newRow("second of a shared key") << "resolutionName" << "4CIF" << "4CIF (704x576)";
-    QTest::newRow("symbolic key") << "resolutionName" << "CIF" << "CIF (320x240)";
-    QTest::newRow("resolution case") << "resolutionName" << "cif" << "cif";
-    QTest::newRow("last resolution") << "resolutionName" << "customize" << "Custom Size";
-    QTest::newRow("filtered custom size") << "resolutionNameFiltered" << "customize" << "";
-    QTest::newRow("filtered 4CIF") << "resolutionNameFiltered" << "4CIF" << "4CIF (704x576)";
-    QTest::newRow("filtered unknown") << "resolutionNameFiltered" << "Customize" << "Customize";
-    QTest::newRow("display mode lenscorr_l11") << "displayModeName" << "lenscorr_l11" << "Normal";
-    QTest::newRow("display mode simple") << "displayModeName" << "simple" << "Full Image";
-    QTest::newRow("display mode last") << "displayModeName" << "area" << "Area";
-    QTest::newRow("display mode case") << "displayModeName" << "PIP" << "PIP";
-    QTest::newRow("exposure right_left") << "exposurePresetName" << "right_left" << "Right & Left";
-    QTest::newRow("exposure extra") << "exposurePresetName" << "extra" << "Custom";
-    QTest::newRow("exposure unknown") << "exposurePresetName" << "custom" << "custom";
-    QTest::newRow("sensitivity 2") << "microSensitivityName" << "2" << "High sensitivity";
-    QTest::newRow("sensitivity 3") << "microSensitivityName" << "3" << "3";
-    QTest::newRow("eye filtered right") << "camEyeNameFiltered" << "right" << "Right";
-    QTest::newRow("eye filtered left") << "camEyeNameFiltered" << "left" << "Left";
-    QTest::newRow("eye filtered auto") << "camEyeNameFiltered" << "auto" << "Auto";
-    QTest::newRow("eye filtered both") << "camEyeNameFiltered" << "both" << "";
-    QTest::newRow("eye filtered case") << "camEyeNameFiltered" << "Right" << "";
-    QTest::newRow("eye filtered unknown") << "camEyeNameFiltered" << "xyz" << "";
+    const auto row = [](const char* name, const char* function, const char* key, const QString& result) {
+        QTest::newRow(name) << function << key << result;
+    };
+    row("codec enable", "streamCodex", "enable", "KoPEG");
+    row("codec, key case", "streamCodex", "Enable", "Enable");
+    row("first of a shared key", "resolutionName", "704x576", "TV-PAL (704x576)");
+    row("second of a shared key", "resolutionName", "4CIF", "4CIF (704x576)");
+    row("symbolic key", "resolutionName", "CIF", "CIF (320x240)");
+    row("resolution, key case", "resolutionName", "cif", "cif");
+    row("last resolution", "resolutionName", "customize", "Custom Size");
+    row("filtered custom size", "resolutionNameFiltered", "customize", "");
+    row("filtered 4CIF", "resolutionNameFiltered", "4CIF", "4CIF (704x576)");
+    row("display mode lenscorr_l11", "displayModeName", "lenscorr_l11", "Normal");
+    row("display mode simple", "displayModeName", "simple", "Full Image");
+    row("exposure right_left", "exposurePresetName", "right_left", "Right & Left");
+    row("exposure extra", "exposurePresetName", "extra", "Custom");
+    row("exposure, the closing null row", "exposurePresetName", "", QString());
+    row("sensitivity 2", "microSensitivityName", "2", "High sensitivity");
+    row("sensitivity 3", "microSensitivityName", "3", "3");
+    row("eye filtered right", "camEyeNameFiltered", "right", "Right");
+    row("eye filtered both", "camEyeNameFiltered", "both", "");
+    row("eye filtered, key case", "camEyeNameFiltered", "Right", "");
 }
 
 void tst_ImageTypes::keyLookups()
@@ -252,69 +185,52 @@ void tst_ImageTypes::keyLookups()
 
     const QString result = nameOfKey(function, key);
     QCOMPARE(result, name);
-    QVERIFY(!result.isNull()); // the filtered lookups give an empty, not a null, string
+    QCOMPARE(result.isNull(), name.isNull()); // the filtered lookups give an empty, not a null, string
 }
 
-void tst_ImageTypes::nullExposureRow()
+// The lookups by number: ids are truncated towards zero, misses give a null string.
+void tst_ImageTypes::numberLookups_data()
 {
-    // The closing null row of the exposure presets matches the empty key: an empty result.
-    QVERIFY(exposurePresetName(QStringLiteral("")).isEmpty());
-    QVERIFY(exposurePresetName(QString()).isEmpty());
-}
-
-void tst_ImageTypes::nameOfId_data()
-{
-    QTest::addColumn<bool>("microphoneTarget");
-    QTest::addColumn<double>("id");
+    QTest::addColumn<QString>("function");
+    QTest::addColumn<double>("number");
     QTest::addColumn<QString>("name");
 
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    QTest::newRow("target 0") << true << 0.0 << "Off";
-    QTest::newRow("target 2") << true << 2.0 << "On";
-    QTest::newRow("target 2.9 truncated") << true << 2.9 << "On";
-    QTest::newRow("target 3.5") << true << 3.5 << "ExtIO";
-    QTest::newRow("target 4") << true << 4.0 << QString();
-    QTest::newRow("target huge") << true << 1e300 << QString();
-    QTest::newRow("target -0.5 truncated to 0") << true << -0.5 << "Off";
-    QTest::newRow("target -1") << true << -1.0 << QString();
-    QTest::newRow("target NaN") << true << nan << QString();
-    QTest::newRow("sensitivity 0") << false << 0.0 << "Low sensitivity";
-    QTest::newRow("sensitivity 2.99") << false << 2.99 << "High sensitivity";
-    QTest::newRow("sensitivity 3") << false << 3.0 << QString();
-    QTest::newRow("sensitivity 3.5") << false << 3.5 << QString();
+    const auto row = [](const char* name, const char* function, double number, const QString& result) {
+        QTest::newRow(name) << function << number << result;
+    };
+    row("api name 1", "camEyeApiName", 1, "right");
+    row("api name 6", "camEyeApiName", 6, "RiL");
+    row("api name 0", "camEyeApiName", 0, QString());
+    row("api name 7", "camEyeApiName", 7, QString());
+    row("target 0", "nameFromInOut", 0, "Off");
+    row("target 2.9 truncated", "nameFromInOut", 2.9, "On");
+    row("target 3.5", "nameFromInOut", 3.5, "ExtIO");
+    row("target 4", "nameFromInOut", 4, QString());
+    row("target -0.5 truncated to 0", "nameFromInOut", -0.5, "Off");
+    row("target -1", "nameFromInOut", -1, QString());
+    row("target NaN", "nameFromInOut", std::numeric_limits<double>::quiet_NaN(), QString());
+    row("sensitivity 2.99", "microSensitivityNameFromID", 2.99, "High sensitivity");
+    row("sensitivity 3", "microSensitivityNameFromID", 3, QString());
+    row("fps unlimited", "transformFPS", 0.0, "Maximum");
+    row("fps negative zero", "transformFPS", -0.0, "Maximum");
+    row("fps 12.5", "transformFPS", 1250, "12.5");
+    row("fps 3.33", "transformFPS", 333, "3.33");
+    row("fps, six significant digits", "transformFPS", 123456789, "1.23457e+06");
+    row("fps negative", "transformFPS", -50, "-0.5");
 }
 
-void tst_ImageTypes::nameOfId()
+void tst_ImageTypes::numberLookups()
 {
-    QFETCH(bool, microphoneTarget);
-    QFETCH(double, id);
+    QFETCH(QString, function);
+    QFETCH(double, number);
     QFETCH(QString, name);
 
-    const QString result = microphoneTarget ? nameFromInOut(id) : microSensitivityNameFromID(id);
+    const QString result = function == "camEyeApiName" ? camEyeApiName(ko::ECamEye(int(number)))
+        : function == "nameFromInOut"                  ? nameFromInOut(number)
+        : function == "transformFPS"                   ? transformFPS(number)
+                                                       : microSensitivityNameFromID(number);
     QCOMPARE(result, name);
     QCOMPARE(result.isNull(), name.isNull());
-}
-
-void tst_ImageTypes::frameRate_data()
-{
-    QTest::addColumn<double>("fps");
-    QTest::addColumn<QString>("text");
-
-    QTest::newRow("unlimited") << 0.0 << "Maximum";
-    QTest::newRow("negative zero") << -0.0 << "Maximum";
-    QTest::newRow("25") << 2500.0 << "25";
-    QTest::newRow("12.5") << 1250.0 << "12.5";
-    QTest::newRow("3.33") << 333.0 << "3.33";
-    QTest::newRow("0.01") << 1.0 << "0.01";
-    QTest::newRow("six significant digits") << 123456789.0 << "1.23457e+06";
-    QTest::newRow("negative") << -50.0 << "-0.5";
-}
-
-void tst_ImageTypes::frameRate()
-{
-    QFETCH(double, fps);
-    QFETCH(QString, text);
-    QCOMPARE(transformFPS(fps), text);
 }
 
 QTEST_GUILESS_MAIN(tst_ImageTypes)

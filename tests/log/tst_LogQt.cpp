@@ -6,7 +6,6 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <fstream>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -19,10 +18,8 @@ class tst_LogQt : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void levelSetters_data();
     void levelSetters();
-    void getStreamSlots();
-    void getStreamFollowsBufferReplacement();
+    void getStream();
     void nullStreamWritesNothing();
     void setLogFileOverloads();
     void lineIdiom_data();
@@ -34,50 +31,51 @@ private Q_SLOTS:
     void installedQtHandler();
 };
 
-void tst_LogQt::levelSetters_data()
-{
-    QTest::addColumn<int>("setter");
-    QTest::addColumn<int>("level");
-    QTest::newRow("debug") << 0 << 0;
-    QTest::newRow("message") << 1 << 1;
-    QTest::newRow("important") << 2 << 2;
-    QTest::newRow("warning") << 3 << 2;
-    QTest::newRow("error") << 4 << 3;
-    QTest::newRow("fatal") << 5 << 4;
-}
-
 void tst_LogQt::levelSetters()
 {
-    QFETCH(int, setter);
-    QFETCH(int, level);
+    using Setter = void (LogQt::*)();
+    // Each setter changes the level from the one before it.
+    const QPair<Setter, int> setters[] = { { &LogQt::setDebugLogLevel, 0 }, { &LogQt::setWarningLogLevel, 2 },
+        { &LogQt::setMessageLogLevel, 1 }, { &LogQt::setImportantLogLevel, 2 },
+        { &LogQt::setErrorLogLevel, 3 }, { &LogQt::setFatalErrorLogLevel, 4 } };
     Log fronted;
     LogQt front(fronted);
-    void (LogQt::*setters[])() = {&LogQt::setDebugLogLevel, &LogQt::setMessageLogLevel,
-                                  &LogQt::setImportantLogLevel, &LogQt::setWarningLogLevel,
-                                  &LogQt::setErrorLogLevel, &LogQt::setFatalErrorLogLevel};
-    (front.*setters[setter])();
-    QCOMPARE(int(front.logLevel()), level);
-    QCOMPARE(int(fronted.logLevel()), level);
     QCOMPARE(&front.mutex(), &fronted.mutex());
+    for (const auto& setter : setters) {
+        (front.*setter.first)();
+        QCOMPARE(int(front.logLevel()), setter.second);
+        QCOMPARE(int(fronted.logLevel()), setter.second);
+    }
 }
 
-void tst_LogQt::getStreamSlots()
+void tst_LogQt::getStream()
 {
     Log fronted;
     LogQt front(fronted);
     QTextStream* debug = front.getStream(Log::Debug);
     QVERIFY(debug);
     QCOMPARE(front.getStream(Log::ELevel(7)), debug);
-    QCOMPARE(front.getStream(Log::Debug), debug);
     QVERIFY(front.getStream(Log::Warning) != debug);
 
     // A level above 4 asks the fronted log for slot 0, not for its raw value.
-    std::ostringstream debugOut, messageOut;
+    std::ostringstream debugOut, messageOut, first;
     fronted.setStream(Log::Debug, &debugOut, false);
     fronted.setStream(Log::Message, &messageOut, false);
     *front.getStream(Log::ELevel(5)) << "five" << Qt::flush;
     QCOMPARE(QString::fromStdString(debugOut.str()), QStringLiteral("five"));
     QVERIFY(messageOut.str().empty());
+
+    // A replaced stream, and a replaced buffer behind the same std::ostream, are noticed.
+    fronted.setStream(Log::Warning, &first, false);
+    *front.getStream(Log::Warning) << "one" << Qt::flush;
+    std::stringbuf replacement;
+    static_cast<std::ostream&>(first).rdbuf(&replacement);
+    *front.getStream(Log::Warning) << "two" << Qt::flush;
+    QCOMPARE(QString::fromStdString(first.str() + replacement.str()), QStringLiteral("onetwo"));
+    std::ostringstream second;
+    fronted.setStream(Log::Warning, &second, false);
+    *front.getStream(Log::Warning) << "three" << Qt::flush;
+    QCOMPARE(QString::fromStdString(replacement.str() + second.str()), QStringLiteral("twothree"));
 
     // A front of its own base part writes to its own streams.
     LogQt own;
@@ -85,31 +83,6 @@ void tst_LogQt::getStreamSlots()
     static_cast<Log&>(own).setStream(Log::Error, &ownOut, false);
     *own.getStream(Log::Error) << "own" << Qt::flush;
     QCOMPARE(QString::fromStdString(ownOut.str()), QStringLiteral("own"));
-}
-
-void tst_LogQt::getStreamFollowsBufferReplacement()
-{
-    Log fronted;
-    LogQt front(fronted);
-    std::ostringstream first;
-    fronted.setStream(Log::Warning, &first, false);
-    QTextStream* before = front.getStream(Log::Warning);
-    QCOMPARE(front.getStream(Log::Warning), before);
-    *before << "one" << Qt::flush;
-
-    // Replacing the buffer behind the same std::ostream is noticed too.
-    std::stringbuf replacement;
-    static_cast<std::ostream&>(first).rdbuf(&replacement);
-    QTextStream* after = front.getStream(Log::Warning);
-    QVERIFY(after);
-    *after << "two" << Qt::flush;
-    QCOMPARE(QString::fromStdString(replacement.str()), QStringLiteral("two"));
-
-    std::ostringstream second;
-    fronted.setStream(Log::Warning, &second, false);
-    *front.getStream(Log::Warning) << "three" << Qt::flush;
-    QCOMPARE(QString::fromStdString(second.str()), QStringLiteral("three"));
-    QCOMPARE(QString::fromStdString(replacement.str()), QStringLiteral("two"));
 }
 
 void tst_LogQt::nullStreamWritesNothing()
@@ -138,10 +111,8 @@ void tst_LogQt::setLogFileOverloads()
     *ownPart.getStream(Log::Error) << "own" << std::endl;
 
     QFile charFile(viaChar), qstringFile(viaQString);
-    QVERIFY(charFile.open(QIODevice::ReadOnly));
-    QVERIFY(qstringFile.open(QIODevice::ReadOnly));
-    QCOMPARE(charFile.readAll(), QByteArray("fronted\n"));
-    QCOMPARE(qstringFile.readAll(), QByteArray("own\n"));
+    QVERIFY(charFile.open(QIODevice::ReadOnly) && qstringFile.open(QIODevice::ReadOnly));
+    QCOMPARE(charFile.readAll() + qstringFile.readAll(), QByteArray("fronted\nown\n"));
 
     front.setLogFile(viaQString, true);
     QCOMPARE(ownPart.getStream(Log::Debug), ownPart.getStream(Log::FatalError));
@@ -164,13 +135,14 @@ void tst_LogQt::lineIdiom()
     QFETCH(int, threshold);
     QFETCH(int, level);
     QFETCH(bool, written);
-    LogCapture capture{Log::ELevel(threshold)};
+    LogCapture capture { Log::ELevel(threshold) };
     ko::LogLine(Log::ELevel(level)) << "count: " << 3 << ' ' << QStringLiteral("items");
     LogQt::write(Log::ELevel(level), QStringLiteral("second"));
     const QStringList lines = capture.lines(Log::ELevel(level < 5 ? level : 0));
-    QCOMPARE(lines, written ? QStringList({"count: 3 items", "second"}) : QStringList());
+    QCOMPARE(lines, written ? QStringList({ "count: 3 items", "second" }) : QStringList());
     if (written)
-        QVERIFY(capture.text(Log::ELevel(level < 5 ? level : 0)).contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
+        QVERIFY(capture.text(Log::ELevel(level < 5 ? level : 0))
+                    .contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
 }
 
 void tst_LogQt::lineKeepsNumberFlags()
@@ -183,7 +155,7 @@ void tst_LogQt::lineKeepsNumberFlags()
     stream->setIntegerBase(10);
     ko::LogLine(Log::Message) << 5;
     stream->setNumberFlags(QTextStream::NumberFlags());
-    QCOMPARE(capture.lines(Log::Message), (QStringList{"+0xff", "+5"}));
+    QCOMPARE(capture.lines(Log::Message), (QStringList { "+0xff", "+5" }));
 }
 
 void tst_LogQt::linesFromManyThreads()
@@ -239,13 +211,14 @@ void tst_LogQt::qtMsgHandlerLevels()
     QFETCH(int, type);
     QFETCH(int, threshold);
     QFETCH(int, level);
-    LogCapture capture{Log::ELevel(threshold)};
+    LogCapture capture { Log::ELevel(threshold) };
     LogQt::qtMsgHandler(QtMsgType(type), "x");
     for (int l = 0; l < Log::LevelCount; ++l) {
         const QString text = capture.text(Log::ELevel(l));
         if (l == level) {
-            QVERIFY(text.endsWith(QLatin1String(Log::levelName(Log::ELevel(l))) + QLatin1String("  Qt> x\n")));
-            QCOMPARE(capture.lines(Log::ELevel(l)), QStringList{" Qt> x"});
+            QVERIFY(
+                text.endsWith(QLatin1String(Log::levelName(Log::ELevel(l))) + QLatin1String("  Qt> x\n")));
+            QCOMPARE(capture.lines(Log::ELevel(l)), QStringList { " Qt> x" });
         } else {
             QVERIFY2(text.isEmpty(), qPrintable(text));
         }
@@ -257,14 +230,14 @@ void tst_LogQt::installedQtHandler()
     // Qt Test installs a handler of the newer kind, which Qt prefers; put the default back first.
     const QtMessageHandler testHandler = qInstallMessageHandler(nullptr);
     {
-        LogCapture capture{Log::Warning};
+        LogCapture capture { Log::Warning };
         LogQt::installQtHandler();
         qDebug("never logged");
         qWarning("warned %d", 1);
         qCritical("critical");
         LogQt::s_instance.setErrorLogLevel();
         qWarning("below the threshold");
-        QCOMPARE(capture.allLines(), (QStringList{"2| Qt> warned 1", "3| Qt> critical"}));
+        QCOMPARE(capture.allLines(), (QStringList { "2| Qt> warned 1", "3| Qt> critical" }));
     }
     qInstallMsgHandler(nullptr);
     qInstallMessageHandler(testHandler);
