@@ -1,0 +1,26 @@
+#ifndef KOMQTSIGNALBLOCKER_H
+#define KOMQTSIGNALBLOCKER_H
+
+#include "coreqt_export.h"
+
+#include <QtGlobal>
+
+class QObject;
+
+/** Blocks or unblocks an object's signals for its lifetime and restores the previous state at its end. */
+class COREQT_EXPORT komQtSignalBlocker
+{
+public:
+    /** Sets @p object's blocking to @p block, remembering the state before. */
+    komQtSignalBlocker(QObject* object, bool block);
+    /** Gives the object back the state it had before. */
+    ~komQtSignalBlocker();
+
+private:
+    Q_DISABLE_COPY(komQtSignalBlocker)
+
+    QObject* mObject;
+    bool mPrevious;
+};
+
+#endif // KOMQTSIGNALBLOCKER_H

@@ -1,0 +1,30 @@
+#ifndef KOMQTSYNCHRONIZATIONFACTORY_H
+#define KOMQTSYNCHRONIZATIONFACTORY_H
+
+#include "coreqt_export.h"
+#include "platform/kom/komObject.h"
+#include "platform/kom/komSynchronization.h"
+
+/** Hands the middleware Qt-backed locks, condition variables and thread spawners; the caller owns them. */
+class COREQT_EXPORT komQtSynchronizationFactory : public komObject,
+                                                  public virtual komSynchronizationFactoryInterface
+{
+public:
+    /** A factory. */
+    komQtSynchronizationFactory();
+    /** Destroys the factory; what it made lives on. */
+    ~komQtSynchronizationFactory() override;
+
+    /** A new komQtThreadSpawner. */
+    komThreadSpawnerInterface* newThreadSpawner() override;
+    /** A new non-recursive komQtLock. */
+    komLockInterface* newLock() override;
+    /** A komQtConditionVariable for a komQtLock; otherwise reports it and returns null. */
+    komConditionVariableInterface* newConditionVariable(komLockInterface* lock) override;
+
+private:
+    komQtSynchronizationFactory(const komQtSynchronizationFactory&) = delete;
+    komQtSynchronizationFactory& operator=(const komQtSynchronizationFactory&) = delete;
+};
+
+#endif // KOMQTSYNCHRONIZATIONFACTORY_H

@@ -1,0 +1,25 @@
+#include "threads/IRunnable.h"
+
+namespace ko
+{
+
+IRunnable::IRunnable()
+    : mAbortRequested(false)
+{
+}
+
+IRunnable::IRunnable(const IRunnable& other)
+    : IInterface(other)
+    , mAbortRequested(other.mAbortRequested.load())
+{
+}
+
+IRunnable& IRunnable::operator=(const IRunnable& other)
+{
+    mAbortRequested.store(other.mAbortRequested.load());
+    return *this;
+}
+
+IRunnable::~IRunnable() = default;
+
+} // namespace ko

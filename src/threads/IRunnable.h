@@ -1,0 +1,40 @@
+#ifndef KO_IRUNNABLE_H
+#define KO_IRUNNABLE_H
+
+#include "coreqt_export.h"
+#include "threads/IInterface.h"
+
+#include <atomic>
+
+class QTime;
+
+namespace ko
+{
+
+/**
+ * A job for the thread pool, held through kom::smart<ko::IRunnable>. The pool
+ * clears the abort flag when it queues the job; an abort request on the queued
+ * job sets it, and a worker drops a job whose flag is set without running it.
+ */
+class COREQT_EXPORT IRunnable : public virtual IInterface
+{
+public:
+    /** A job whose abort flag is false. */
+    IRunnable();
+    /** Copies the other job's abort flag. */
+    IRunnable(const IRunnable& other);
+    /** Copies the other job's abort flag. */
+    IRunnable& operator=(const IRunnable& other);
+    /** Destroys the job. */
+    ~IRunnable() override;
+
+    /** The work, run on a worker thread with the job's id and the worker's job timer (already started). */
+    virtual void run(int jobId, QTime& timer) = 0;
+
+    /** The abort flag; written and read from several threads, hence atomic. */
+    std::atomic<bool> mAbortRequested;
+};
+
+} // namespace ko
+
+#endif // KO_IRUNNABLE_H

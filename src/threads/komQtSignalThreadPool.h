@@ -1,0 +1,114 @@
+#ifndef KO_KOMQTSIGNALTHREADPOOL_H
+#define KO_KOMQTSIGNALTHREADPOOL_H
+
+#include "coreqt_export.h"
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QThread>
+
+#include <atomic>
+
+class QMutex;
+
+namespace ko
+{
+
+/**
+ * One event-loop thread of a ko::komQtSignalThreadPool. Objects attached to it
+ * live in the thread, so their slots, timers and queued events run there.
+ *
+ * Its recursive mutex guards the list of attached objects; it is deleted when
+ * the thread body ends, after which the operations run without a lock.
+ */
+class COREQT_EXPORT komQtSignalWorkerThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    /** A worker named @p name, child of @p parent; not started. */
+    explicit komQtSignalWorkerThread(const QString& name, QObject* parent = nullptr);
+    /** Destroys the worker; it must not be running. */
+    ~komQtSignalWorkerThread() override;
+
+    /** Moves @p object into this thread and records it; call it from the thread that owns @p object. */
+    void attach(QObject* object);
+    /**
+     * Forgets @p object. Only when called inside this thread for an object living
+     * here is the object also moved to @p target (null leaves it without a thread).
+     */
+    void detach(QObject* object, QThread* target = nullptr);
+    /** Forgets the object at @p index, moving it as detach(QObject*, QThread*) does; a bad index is ignored. */
+    void detach(int index, QThread* target = nullptr);
+    /** Position of @p object among the attached objects, or -1. */
+    int indexOf(QObject* object) const;
+    /** Number of attached entries, destroyed objects included; read without a lock. */
+    int load() const;
+
+protected Q_SLOTS:
+    /** Connected to each attached object's destroyed(QObject*). */
+    void attachedDestroyed(QObject* object);
+
+protected:
+    /** Runs the event loop; anything escaping it is logged at level 4 and ends the thread. */
+    void run() override;
+
+private:
+    Q_DISABLE_COPY(komQtSignalWorkerThread)
+    void syncLoad_locked();
+
+    QMutex* mMutex;
+    QList<QPointer<QObject>> mAttached;
+    std::atomic<int> mLoad; // mAttached.size(), readable from any thread
+};
+
+/**
+ * A pool of event-loop threads to which objects are attached so that their work
+ * runs off the caller's thread. Used from the thread that owns the pool.
+ */
+class COREQT_EXPORT komQtSignalThreadPool : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** A pool named @p name creating at most @p maxThreads workers (0 or less: no limit); no thread yet. */
+    komQtSignalThreadPool(const QString& name, int maxThreads, QObject* parent = nullptr);
+    /** Stops and deletes the workers, newest first. */
+    ~komQtSignalThreadPool() override;
+
+    /** The process-wide pool "SignalThreadPool" (4 threads, low priority), created on first call. */
+    static komQtSignalThreadPool* globalInstance();
+    /** Deletes the process-wide pool; false when there was none. */
+    static bool deleteGlobalInstance();
+
+    /** Sets the limit for later allocations; existing workers are kept. */
+    void setMaxThreads(int maxThreads);
+    /** The limit on the number of workers (0 or less: none). */
+    int maxThreads() const { return mMaxThreads; }
+    /** Sets the priority of every worker, now and later. */
+    void setPriority(QThread::Priority priority);
+    /** The priority given to the workers. */
+    QThread::Priority priority() const { return mPriority; }
+    /** The workers, in creation order. */
+    const QList<komQtSignalWorkerThread*>& threads() const { return mThreads; }
+
+    /** The worker that should take the next object: an idle one, else a new one, else the least loaded. */
+    komQtSignalWorkerThread* allocateThread();
+    /** Attaches @p object to the worker chosen by allocateThread(). */
+    void attachToThread(QObject* object);
+    /** Asks every worker to detach @p object, handing it to @p target. */
+    void detachFromThread(QObject* object, QThread* target = nullptr);
+    /** Ends one worker's event loop, waits up to 2000 ms and deletes it; the list is the caller's business. */
+    void discardThread(komQtSignalWorkerThread* thread);
+
+private:
+    Q_DISABLE_COPY(komQtSignalThreadPool)
+    QThread::Priority mPriority;
+    QList<komQtSignalWorkerThread*> mThreads;
+    int mMaxThreads;
+};
+
+} // namespace ko
+
+#endif // KO_KOMQTSIGNALTHREADPOOL_H

@@ -1,0 +1,431 @@
+#include "threads/komQtThreadPool.h"
+
+#include "kom/komQtLock.h"
+#include "log/LogQt.h"
+#include "signals/SignalUtils.h"
+#include "threads/IRunnable.h"
+#include "threads/komQtWorkerThread.h"
+
+#include <QEventLoop>
+#include <QMutexLocker>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace ko
+{
+
+std::atomic<int> komQtThreadPool::gJobSequence(1);
+std::atomic<komQtThreadPool*> komQtThreadPool::gInstance(nullptr);
+
+namespace
+{
+
+// Ends a waiting caller's loop with @p code. A loop of the current thread is ended at once; a
+// loop of another thread gets the call queued to it, so that it is not lost when that loop has
+// not started to run yet.
+void exitLoop(QEventLoop* loop, int code)
+{
+    if (loop->thread() == QThread::currentThread())
+        loop->exit(code);
+    else
+        QMetaObject::invokeMethod(
+            loop, [loop, code]() { loop->exit(code); }, Qt::QueuedConnection);
+}
+
+// True when @p query is true for one of @p threads, asked in list order up to the first yes.
+template <class Query> bool anyOf(const QList<komQtWorkerThread*>& threads, Query query)
+{
+    return std::any_of(threads.cbegin(), threads.cend(), query);
+}
+
+// Registers a waiting caller's loop under a key for the lifetime of a wait. A wait nested inside
+// another wait on the same key takes the key over and gives it back when it ends; when it ended
+// because its job did, the outer wait is ended the same way.
+class LoopRegistration
+{
+public:
+    LoopRegistration(QMap<int, QEventLoop*>& loops, int key, QEventLoop* loop)
+        : mLoops(loops)
+        , mKey(key)
+        , mPrevious(loops.value(key))
+    {
+        mLoops.insert(key, loop);
+    }
+    // The caller holds the pool lock.
+    void release(int endCode)
+    {
+        if (mPrevious) {
+            mLoops.insert(mKey, mPrevious);
+            if (endCode > 0)
+                exitLoop(mPrevious, endCode);
+        } else {
+            mLoops.remove(mKey);
+        }
+    }
+
+private:
+    QMap<int, QEventLoop*>& mLoops;
+    int mKey;
+    QEventLoop* mPrevious;
+};
+
+} // namespace
+
+komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* parent)
+    : QObject(parent)
+    , mLock(new komQtLock(QMutex::Recursive))
+    , mMaxThreads(maxThreads)
+{
+    setObjectName(name);
+    mIdleSince.start();
+    // Announced although the pool has no worker yet, before anyone can listen: kept as it is.
+    Q_EMIT idle();
+}
+
+komQtThreadPool::~komQtThreadPool()
+{
+    {
+        QMutexLocker locker(mLock);
+        komQtThreadPool* self = this;
+        gInstance.compare_exchange_strong(self, nullptr);
+        const QList<komQtWorkerThread*> busyThreads = mBusyThreads;
+        for (komQtWorkerThread* thread : busyThreads)
+            thread->shutDown();
+        // Each worker leaves its list before discardThread() sees it, so it is not shut down a
+        // second time, and idle workers stay parked: kept in this order on purpose.
+        while (!mIdleThreads.isEmpty())
+            discardThread(mIdleThreads.takeLast());
+        while (!mBusyThreads.isEmpty())
+            discardThread(mBusyThreads.takeLast());
+    }
+    delete mLock;
+}
+
+komQtThreadPool* komQtThreadPool::globalInstance()
+{
+    komQtThreadPool* instance = gInstance.load();
+    if (instance)
+        return instance;
+    auto* created = new komQtThreadPool(QStringLiteral("ThreadPool"), QThread::idealThreadCount(), nullptr);
+    if (gInstance.compare_exchange_strong(instance, created))
+        return created;
+    delete created; // another thread was first
+    return instance;
+}
+
+bool komQtThreadPool::deleteGlobalInstance()
+{
+    komQtThreadPool* instance = gInstance.load();
+    if (!instance)
+        return false;
+    delete instance;
+    return true;
+}
+
+int komQtThreadPool::newJobId()
+{
+    QMutexLocker locker(mLock);
+    return gJobSequence.fetch_add(1);
+}
+
+int komQtThreadPool::schedule(kom::smart<IRunnable> job, SchedulePriority priority, int jobId)
+{
+    QMutexLocker locker(mLock);
+    if (jobId < 0)
+        jobId = newJobId();
+    if (job)
+        job->mAbortRequested = false;
+    komQtWorkerThread* thread = allocateIdleThread();
+    if (!thread)
+        thread = allocateBusyThread();
+    // Never null: a pool at its positive maximum has workers, and they are all busy.
+    if (thread)
+        thread->schedule(jobId, job, priority);
+    return jobId;
+}
+
+komQtWorkerThread* komQtThreadPool::allocateIdleThread()
+{
+    QMutexLocker locker(mLock);
+    const bool wasIdle = isIdle();
+    komQtWorkerThread* thread;
+    if (mIdleThreads.isEmpty()) {
+        const int count = countThreads();
+        if (mMaxThreads > 0 && count >= mMaxThreads)
+            return nullptr;
+        thread = new komQtWorkerThread(
+            QStringLiteral("%1-Thread-%2").arg(objectName(), QString::number(count + 1)), nullptr);
+        // A worker created by a caller in another thread belongs to the pool's thread all the
+        // same, whose event loop deletes it when it ends.
+        thread->moveToThread(QObject::thread());
+        ko::connect(thread, SIGNAL(jobStarted(int)), this, SIGNAL(jobStarted(int)), Qt::AutoConnection);
+        ko::connect(
+            thread, SIGNAL(jobFinished(int, int)), this, SIGNAL(jobFinished(int, int)), Qt::AutoConnection);
+        ko::connect(
+            thread, SIGNAL(jobFinished(int, int)), this, SLOT(reclaimThread(int, int)), Qt::AutoConnection);
+        ko::connect(thread, SIGNAL(finished()), this, SLOT(discardThread()), Qt::AutoConnection);
+        ko::connect(thread, SIGNAL(destroyed()), this, SLOT(discardThread()), Qt::AutoConnection);
+        thread->start(QThread::InheritPriority);
+        LogLine(Log::Message) << "QtThreadPool: count worker threads: " << count + 1;
+    } else {
+        thread = mIdleThreads.takeLast();
+    }
+    if (wasIdle && !isIdle()) {
+        mIdleSince = QTime();
+        Q_EMIT busy();
+    }
+    mBusyThreads.append(thread);
+    return thread;
+}
+
+komQtWorkerThread* komQtThreadPool::allocateBusyThread()
+{
+    QMutexLocker locker(mLock);
+    komQtWorkerThread* best = nullptr;
+    int bestLoad = 0;
+    for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
+        const int load = thread->workLoad();
+        if (!best || load < bestLoad) {
+            best = thread;
+            bestLoad = load;
+        }
+    }
+    return best;
+}
+
+komQtWorkerThread* komQtThreadPool::workerFromSender() const
+{
+    // The sender is matched against the pool's own workers before it is looked at: a worker's
+    // finished() can arrive after the worker has deleted itself, and a worker in neither list
+    // is no longer the pool's business.
+    QObject* object = sender();
+    for (komQtWorkerThread* thread : mBusyThreads) {
+        if (static_cast<QObject*>(thread) == object)
+            return thread;
+    }
+    for (komQtWorkerThread* thread : mIdleThreads) {
+        if (static_cast<QObject*>(thread) == object)
+            return thread;
+    }
+    return nullptr;
+}
+
+void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThread* thread)
+{
+    if (!thread) {
+        thread = qobject_cast<komQtWorkerThread*>(sender());
+        if (!thread)
+            return;
+    }
+    {
+        QMutexLocker locker(mLock);
+        const bool wasIdle = !mIdleThreads.isEmpty();
+        const bool known = mBusyThreads.removeAll(thread) + mIdleThreads.removeAll(thread) > 0;
+        // A worker in neither list was discarded and shut down; taking it back would leave a
+        // dangling worker in the idle list once it deletes itself.
+        if (known)
+            mIdleThreads.append(thread);
+        if (QEventLoop* loop = mEventLoops.value(jobId))
+            exitLoop(loop, jobId);
+        if (QEventLoop* loop = mEventLoops.value(0))
+            exitLoop(loop, jobId);
+        if (!wasIdle && !mIdleThreads.isEmpty()) {
+            mIdleSince.start();
+            Q_EMIT idle();
+        }
+    }
+    // The relayed signal already told listeners; this second emission is kept, callers count on it.
+    Q_EMIT jobFinished(jobId, elapsedTime);
+}
+
+void komQtThreadPool::discardThread(komQtWorkerThread* thread)
+{
+    QMutexLocker locker(mLock);
+    bool beingDestroyed = false;
+    if (!thread) {
+        thread = workerFromSender();
+        if (!thread)
+            return;
+        static const int destroyedSignal = QObject::staticMetaObject.indexOfSignal("destroyed(QObject*)");
+        beingDestroyed = senderSignalIndex() == destroyedSignal;
+    }
+    const bool wasIdle = isIdle();
+    bool found = mBusyThreads.removeAll(thread) > 0;
+    if (!found)
+        found = mIdleThreads.removeAll(thread) > 0;
+    // Deleting a worker is outside the pool's use; one announcing its own destruction is only
+    // taken out of the lists, since it can no longer be shut down.
+    if (found && !beingDestroyed) {
+        // The worker's finished() would arrive after it has deleted itself, when a new worker may
+        // already live at its address: it is not listened to any more.
+        QObject::disconnect(thread, SIGNAL(finished()), this, SLOT(discardThread()));
+        thread->shutDown();
+    }
+    // Discarding only shrinks the idle list, so this never fires; kept as the other slots have it.
+    if (!wasIdle && isIdle()) {
+        mIdleSince.start();
+        Q_EMIT idle();
+    }
+}
+
+void komQtThreadPool::setMaxThreads(int maxThreads)
+{
+    QMutexLocker locker(mLock);
+    mMaxThreads = maxThreads;
+    while (countThreads() > mMaxThreads && !mIdleThreads.isEmpty())
+        discardThread(mIdleThreads.last());
+}
+
+bool komQtThreadPool::changePriority(int jobId, SchedulePriority priority)
+{
+    QMutexLocker locker(mLock);
+    return anyOf(
+        mBusyThreads, [=](komQtWorkerThread* thread) { return thread->changePriority(jobId, priority); });
+}
+
+void komQtThreadPool::requestAbort(QSet<int>& jobIds)
+{
+    QMutexLocker locker(mLock);
+    for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
+        // An id leaves the set at the first worker that does not hold it, before later workers
+        // see it: callers rely on this rule as it stands.
+        for (auto it = jobIds.begin(); it != jobIds.end();) {
+            if (!thread->isScheduledOrRunning(*it) || thread->requestAbort(*it))
+                it = jobIds.erase(it);
+            else
+                ++it;
+        }
+    }
+}
+
+int komQtThreadPool::countThreads() const
+{
+    QMutexLocker locker(mLock);
+    return mIdleThreads.count() + mBusyThreads.count();
+}
+
+int komQtThreadPool::countBusyThreads() const
+{
+    QMutexLocker locker(mLock);
+    return mBusyThreads.count();
+}
+
+bool komQtThreadPool::isIdle() const
+{
+    QMutexLocker locker(mLock);
+    return !mIdleThreads.isEmpty();
+}
+
+const QTime& komQtThreadPool::isIdleSince() const
+{
+    return mIdleSince;
+}
+
+bool komQtThreadPool::isRunning(int jobId) const
+{
+    QMutexLocker locker(mLock);
+    return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isRunning(jobId); });
+}
+
+bool komQtThreadPool::isScheduled(int jobId) const
+{
+    QMutexLocker locker(mLock);
+    return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduled(jobId); });
+}
+
+bool komQtThreadPool::isScheduledOrRunning(int jobId) const
+{
+    QMutexLocker locker(mLock);
+    return anyOf(
+        mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduledOrRunning(jobId); });
+}
+
+bool komQtThreadPool::isFinished(int jobId) const
+{
+    QMutexLocker locker(mLock);
+    if (jobId >= gJobSequence)
+        return false;
+    return !isScheduledOrRunning(jobId);
+}
+
+void komQtThreadPool::setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long timeout)
+{
+    if (timeout < 0)
+        return;
+    ko::connect(&timer, SIGNAL(timeout()), &loop, SLOT(quit()), Qt::DirectConnection);
+    timer.setSingleShot(true);
+    timer.setInterval(int(timeout));
+    timer.start();
+}
+
+bool komQtThreadPool::waitForFinished(int jobId, long timeout)
+{
+    QMutexLocker locker(mLock);
+    if (!isScheduledOrRunning(jobId))
+        return jobId < gJobSequence;
+    QEventLoop loop;
+    QTimer timer;
+    LoopRegistration registration(mEventLoops, jobId, &loop);
+    setupEventLoopTimer(loop, timer, timeout);
+    locker.unlock();
+
+    bool result = false;
+    for (;;) {
+        const int code = loop.exec();
+        if (code == 0)
+            break;
+        if (code == jobId) {
+            result = true;
+            break;
+        }
+        if (code < 0) {
+            // Level 3 here and level 2 in waitForAllFinished(): callers filter on it.
+            LogLine(Log::Error) << "Unexpected loop termination";
+            break;
+        }
+        LogLine(Log::Warning) << "Unexpected return code " << code;
+    }
+
+    locker.relock();
+    registration.release(result ? jobId : 0);
+    return result;
+}
+
+bool komQtThreadPool::waitForAllFinished(long timeout)
+{
+    QMutexLocker locker(mLock);
+    if (mBusyThreads.isEmpty())
+        return true;
+    QEventLoop loop;
+    QTimer timer;
+    LoopRegistration registration(mEventLoops, 0, &loop);
+    setupEventLoopTimer(loop, timer, timeout);
+
+    bool result = false;
+    int code = 0;
+    for (;;) {
+        locker.unlock();
+        code = loop.exec();
+        locker.relock();
+        if (code == 0)
+            break;
+        if (mBusyThreads.isEmpty()) {
+            result = true;
+            break;
+        }
+        if (code < 0) {
+            LogLine(Log::Warning) << "Unexpected loop termination";
+            break;
+        }
+    }
+    // A timer expiry gives false, also when the last busy worker was reclaimed just then.
+    if (!result && !mBusyThreads.isEmpty())
+        LogLine(Log::Warning) << "jobs in progress";
+
+    registration.release(result ? code : 0);
+    return result;
+}
+
+} // namespace ko

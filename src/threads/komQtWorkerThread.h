@@ -1,0 +1,112 @@
+#ifndef KO_KOMQTWORKERTHREAD_H
+#define KO_KOMQTWORKERTHREAD_H
+
+#include "coreqt_export.h"
+#include "platform/kom/komSmart.h"
+#include "threads/komQtThreadPool.h"
+
+#include <QList>
+#include <QThread>
+
+#include <atomic>
+
+class QMutex;
+class QTime;
+class QWaitCondition;
+
+namespace ko
+{
+
+class IRunnable;
+
+/**
+ * One thread of the job pool: runs the jobs of its queue one at a time, in the
+ * order they were scheduled, and reports each job's start and end by signals.
+ *
+ * Lock order: mWaitMutex before mQueueMutex. mWaitMutex is held while the loop
+ * looks at the queue and waits, never while a job runs, so schedule() and
+ * shutDown() can take it around their wake-up without waiting for a job.
+ */
+class COREQT_EXPORT komQtWorkerThread : public QThread
+{
+    Q_OBJECT
+    Q_DISABLE_COPY(komQtWorkerThread)
+
+public:
+    /** See komQtThreadPool::SchedulePriority. */
+    typedef komQtThreadPool::SchedulePriority SchedulePriority;
+
+    /** A queued job: its id (-1: none), its handle and its priority (masked with 0x7ff). */
+    struct COREQT_EXPORT JobEntry
+    {
+        /** An entry that holds no job. */
+        JobEntry();
+        /** An entry for @p runnable under @p jobId; @p priority is masked with 0x7ff. */
+        JobEntry(int jobId, const kom::smart<IRunnable>& runnable, SchedulePriority priority);
+        /** Drops the job: id -1, an empty handle, priority 3. */
+        void clear();
+
+        /** The pool-wide job id; -1 when the entry holds no job. */
+        int jobId;
+        /** The job. */
+        kom::smart<IRunnable> runnable;
+        /** Scheduling priority, also the thread's priority while the job runs. */
+        SchedulePriority priority;
+    };
+
+    /** A worker named @p name; the pool starts it. */
+    explicit komQtWorkerThread(const QString& name, QObject* parent = nullptr);
+    /** Drops the queue; waits for the thread if it is still finishing. */
+    ~komQtWorkerThread() override;
+
+    /** On different priorities the higher first, otherwise the smaller id first. */
+    static bool lessThanByFifoPriority(const JobEntry& a, const JobEntry& b);
+    /** On different priorities the higher first, otherwise the greater id first. */
+    static bool lessThanByLifoPriority(const JobEntry& a, const JobEntry& b);
+
+    /** Queues @p runnable under @p jobId and wakes the thread; a QObject job is moved to this thread. */
+    void schedule(int jobId, kom::smart<IRunnable> runnable, SchedulePriority priority);
+    /** Sets the abort flag of the queued job @p jobId and drops it; false when it is not queued. */
+    bool requestAbort(int jobId);
+    /** Moves the queued job @p jobId to the place @p priority gives it; it keeps its old priority. */
+    bool changePriority(int jobId, SchedulePriority priority);
+    /** True while a job runs. */
+    bool isRunning() const;
+    /** True while job @p jobId runs. */
+    bool isRunning(int jobId) const;
+    /** True when @p jobId is queued and not aborted. */
+    bool isScheduled(int jobId) const;
+    /** True when @p jobId runs, or is queued and not aborted. */
+    bool isScheduledOrRunning(int jobId) const;
+    /** Queued jobs plus the running one. */
+    int workLoad() const;
+    /** Drops the queue and ends the loop after the job in hand; the worker then deletes itself. */
+    void shutDown();
+
+Q_SIGNALS:
+    /** Emitted in this thread before a job runs. */
+    void jobStarted(int jobId);
+    /** Emitted in this thread after a job ran for @p elapsedTime ms. */
+    void jobFinished(int jobId, int elapsedTime);
+
+protected:
+    /** Where a job of @p priority goes in the queue (the caller holds mQueueMutex). */
+    int insertIndexOf(SchedulePriority priority) const;
+    /** Position of the queued job @p jobId, or -1 (the caller holds mQueueMutex). */
+    int indexOf(int jobId) const;
+    /** The thread's loop: runs queued jobs, sleeps on an empty queue, ends after shutDown(). */
+    void run() override;
+
+private:
+    QList<JobEntry> mJobs;
+    JobEntry mCurrent;
+    QWaitCondition* mWaitCondition;
+    QMutex* mWaitMutex;
+    QMutex* mQueueMutex;
+    QTime* mJobTimer;
+    std::atomic<bool> mShutDown;
+};
+
+} // namespace ko
+
+#endif // KO_KOMQTWORKERTHREAD_H

@@ -1,0 +1,125 @@
+#ifndef COREQT_TESTS_JOBTESTSUPPORT_H
+#define COREQT_TESTS_JOBTESTSUPPORT_H
+
+#include "kom/komQtLock.h"
+#include "threads/IRunnable.h"
+#include "threads/komQtThreadPool.h"
+#include "threads/komQtWorkerThread.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPointer>
+#include <QSemaphore>
+#include <QThread>
+#include <QTime>
+#include <QTimer>
+
+#include <atomic>
+#include <functional>
+
+/** Runs an event loop until @p done (asked every @p pollMs) is true or @p timeoutMs pass. */
+inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000, int pollMs = 1)
+{
+    QElapsedTimer clock;
+    clock.start();
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&]() {
+        if (done() || clock.elapsed() > timeoutMs)
+            loop.quit();
+    });
+    poll.start(pollMs);
+    if (!done())
+        loop.exec();
+    return done();
+}
+
+/** A job that records where and how it ran; it may hold at a gate or sleep first. */
+struct RecordingJob : ko::IRunnable
+{
+    explicit RecordingJob(QSemaphore* gate = nullptr, int sleepMs = 0)
+        : mGate(gate)
+        , mSleepMs(sleepMs)
+    {
+    }
+    void run(int jobId, QTime& timer) override
+    {
+        mThread = QThread::currentThread();
+        mThreadName = mThread->objectName();
+        mPriority = mThread->priority();
+        mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
+        mStarted.release();
+        if (mGate)
+            mGate->acquire();
+        QThread::msleep(mSleepMs);
+        if (mOrder)
+            *mOrder << jobId; // one worker at a time writes here
+        ++mRuns;
+    }
+    bool waitStarted() { return mStarted.tryAcquire(1, 10000); }
+
+    QSemaphore* mGate;
+    int mSleepMs;
+    QList<int>* mOrder = nullptr;
+    QSemaphore mStarted;
+    std::atomic<int> mRuns { 0 };
+    QPointer<QThread> mThread;
+    QString mThreadName;
+    QThread::Priority mPriority = QThread::InheritPriority;
+    int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
+};
+
+/** A pool whose internals a test can reach. */
+struct TestPool : ko::komQtThreadPool
+{
+    explicit TestPool(const QString& name = QStringLiteral("Test"), int max = 2)
+        : komQtThreadPool(name, max)
+    {
+    }
+    QList<QPointer<ko::komQtWorkerThread>> workers() const
+    {
+        QList<QPointer<ko::komQtWorkerThread>> all;
+        for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
+            all << thread;
+        return all;
+    }
+    /** Queued and running jobs of every worker, idle or busy. */
+    int totalWorkLoad() const
+    {
+        QMutexLocker locker(mLock);
+        int load = 0;
+        for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
+            load += thread->workLoad();
+        return load;
+    }
+    void exitWaitLoop(int key, int code)
+    {
+        if (QEventLoop* loop = mEventLoops.value(key))
+            loop->exit(code);
+    }
+    /**
+     * Once no job is left, discards every worker and waits until they have deleted themselves.
+     * Busy ones too: a worker whose last job was aborted while queued never reports an end, so
+     * it stays in the busy list.
+     */
+    bool retire(int timeoutMs = 10000)
+    {
+        const auto all = workers();
+        if (!spinUntil([this]() { return totalWorkLoad() == 0; }, timeoutMs))
+            return false;
+        for (ko::komQtWorkerThread* thread : all)
+            discardThread(thread);
+        return spinUntil([&all]() { return all.count(nullptr) == all.size(); }, timeoutMs);
+    }
+};
+
+/** Schedules a new RecordingJob on @p pool; @p id receives the job id. */
+inline kom::smart<RecordingJob> scheduleJob(
+    ko::komQtThreadPool& pool, int& id, QSemaphore* gate = nullptr, int sleepMs = 0)
+{
+    kom::smart<RecordingJob> job(new RecordingJob(gate, sleepMs));
+    id = pool.schedule(job);
+    return job;
+}
+
+#endif // COREQT_TESTS_JOBTESTSUPPORT_H

@@ -1,0 +1,350 @@
+#include "LogCapture.h"
+
+#include "exceptions/RuntimeException.h"
+#include "threads/komQtSignalThreadPool.h"
+
+#include "platform/kom/komException.h"
+
+#include <QTimer>
+#include <QtTest>
+
+#include <memory>
+#include <stdexcept>
+
+using ko::komQtSignalThreadPool;
+using ko::komQtSignalWorkerThread;
+
+namespace
+{
+
+// An object that records the thread its slots and timers run in.
+class Probe : public QObject
+{
+    Q_OBJECT
+public:
+    QAtomicPointer<QThread> slotThread;
+    QAtomicPointer<QThread> timerThread;
+
+public Q_SLOTS:
+    void record() { slotThread.storeRelease(QThread::currentThread()); }
+    void startTimer()
+    {
+        auto* timer = new QTimer(this);
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, this, [this] { timerThread.storeRelease(QThread::currentThread()); });
+        timer->start(1);
+    }
+};
+
+// Runs @p function inside the thread of @p context and returns once it has run.
+template <class Function>
+void runIn(QObject* context, Function function)
+{
+    QMetaObject::invokeMethod(context, function, Qt::BlockingQueuedConnection);
+}
+
+int totalLoad(const komQtSignalThreadPool& pool)
+{
+    int sum = 0;
+    for (komQtSignalWorkerThread* thread : pool.threads())
+        sum += thread->load();
+    return sum;
+}
+
+} // namespace
+
+class tst_komQtSignalThreadPool : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void globalPool();
+    void choiceRule_data();
+    void choiceRule();
+    void stoppedWorkerDiscarded();
+    void workRunsInWorker();
+    void detach();
+    void destroyedObjectsKeepCounting();
+    void escapingException_data();
+    void escapingException();
+    void deleteManyAttached();
+    void stress();
+};
+
+void tst_komQtSignalThreadPool::globalPool()
+{
+    komQtSignalThreadPool* pool = komQtSignalThreadPool::globalInstance();
+    QCOMPARE(komQtSignalThreadPool::globalInstance(), pool);
+    QCOMPARE(pool->objectName(), QStringLiteral("SignalThreadPool"));
+    QCOMPARE(pool->maxThreads(), 4);
+    QCOMPARE(pool->priority(), QThread::LowPriority);
+
+    QObject first, second;
+    pool->attachToThread(&first);
+    QCOMPARE(pool->threads().size(), 1);
+    komQtSignalWorkerThread* worker = pool->threads().first();
+    QCOMPARE(worker->objectName(), QStringLiteral("SignalThreadPool-Thread-1"));
+    QCOMPARE(worker->priority(), QThread::LowPriority);
+    QCOMPARE(first.thread(), static_cast<QThread*>(worker));
+    pool->attachToThread(&second); // the first worker is busy: a second one is made
+    QCOMPARE(pool->threads().size(), 2);
+    QCOMPARE(pool->threads().at(1)->objectName(), QStringLiteral("SignalThreadPool-Thread-2"));
+
+    LogCapture capture;
+    QVERIFY(komQtSignalThreadPool::deleteGlobalInstance());
+    QVERIFY(!komQtSignalThreadPool::deleteGlobalInstance());
+    QCOMPARE(capture.lines(ko::Log::Message),
+             (QStringList{"SignalThreadPool-Thread-2 finished.", "SignalThreadPool-Thread-1 finished."}));
+}
+
+void tst_komQtSignalThreadPool::choiceRule_data()
+{
+    QTest::addColumn<int>("maxThreads");
+    QTest::addColumn<QList<int>>("detachFrom"); // worker indexes whose first object is detached (load drops)
+    QTest::addColumn<int>("objects");           // attached one after the other (after that setup)
+    QTest::addColumn<QList<int>>("loads");      // loads of the workers at the end
+    QTest::newRow("limit reached: least loaded, earliest on ties") << 2 << QList<int>{} << 5 << QList<int>{3, 2};
+    QTest::newRow("no limit: a worker per object") << 0 << QList<int>{} << 3 << QList<int>{1, 1, 1};
+    QTest::newRow("negative limit: no limit") << -1 << QList<int>{} << 2 << QList<int>{1, 1};
+    QTest::newRow("an idle worker is reused first") << 0 << QList<int>{0} << 1 << QList<int>{1, 1};
+}
+
+void tst_komQtSignalThreadPool::choiceRule()
+{
+    QFETCH(int, maxThreads);
+    QFETCH(QList<int>, detachFrom);
+    QFETCH(int, objects);
+    QFETCH(QList<int>, loads);
+    komQtSignalThreadPool pool(QStringLiteral("Render"), maxThreads);
+    std::vector<std::unique_ptr<QObject>> owned;
+    if (!detachFrom.isEmpty()) {
+        // Two workers with one object each, then the given workers lose theirs.
+        for (int i = 0; i < 2; ++i) {
+            owned.emplace_back(new QObject);
+            pool.attachToThread(owned.back().get());
+        }
+        for (int index : detachFrom)
+            pool.threads().at(index)->detach(0);
+    }
+    for (int i = 0; i < objects; ++i) {
+        owned.emplace_back(new QObject);
+        pool.attachToThread(owned.back().get());
+    }
+    QList<int> seen;
+    for (komQtSignalWorkerThread* thread : pool.threads())
+        seen << thread->load();
+    QCOMPARE(seen, loads);
+    QCOMPARE(pool.threads().first()->objectName(), QStringLiteral("Render-Thread-1"));
+}
+
+void tst_komQtSignalThreadPool::stoppedWorkerDiscarded()
+{
+    komQtSignalThreadPool pool(QStringLiteral("P"), 0);
+    QObject a, b, c;
+    pool.attachToThread(&a);
+    pool.attachToThread(&b);
+    komQtSignalWorkerThread* first = pool.threads().first();
+    QPointer<komQtSignalWorkerThread> watch(first);
+    first->quit();
+    QVERIFY(first->wait(5000));
+    pool.attachToThread(&c);
+    QVERIFY(watch.isNull());
+    QCOMPARE(pool.threads().size(), 2);
+    // Numbered from the list length: "P-Thread-2" is given a second time.
+    QCOMPARE(pool.threads().at(0)->objectName(), QStringLiteral("P-Thread-2"));
+    QCOMPARE(pool.threads().at(1)->objectName(), QStringLiteral("P-Thread-2"));
+}
+
+void tst_komQtSignalThreadPool::workRunsInWorker()
+{
+    komQtSignalThreadPool pool(QStringLiteral("W"), 2);
+    Probe probe;
+    pool.attachToThread(&probe);
+    QMetaObject::invokeMethod(&probe, "record", Qt::QueuedConnection);
+    QMetaObject::invokeMethod(&probe, "startTimer", Qt::QueuedConnection);
+    QThread* worker = pool.threads().first();
+    QTRY_COMPARE(probe.slotThread.loadAcquire(), worker);
+    QTRY_COMPARE(probe.timerThread.loadAcquire(), worker);
+    runIn(&probe, [&] { pool.threads().first()->detach(&probe, QCoreApplication::instance()->thread()); });
+}
+
+void tst_komQtSignalThreadPool::detach()
+{
+    komQtSignalThreadPool pool(QStringLiteral("D"), 1);
+    QThread* main = QThread::currentThread();
+    QObject moved, forgotten, orphan;
+    orphan.setObjectName(QStringLiteral("orphan"));
+    pool.attachToThread(&moved);
+    pool.attachToThread(&forgotten);
+    pool.attachToThread(&orphan);
+    komQtSignalWorkerThread* worker = pool.threads().first();
+    QCOMPARE(worker->load(), 3);
+
+    // From the pool's thread only the bookkeeping goes; the object stays in the worker.
+    pool.detachFromThread(&forgotten, main);
+    QCOMPARE(worker->indexOf(&forgotten), -1);
+    QCOMPARE(forgotten.thread(), static_cast<QThread*>(worker));
+
+    // From inside the worker the object really moves.
+    runIn(&moved, [&] { worker->detach(&moved, main); });
+    QCOMPARE(moved.thread(), main);
+    QCOMPARE(worker->load(), 1);
+
+    LogCapture capture;
+    runIn(&orphan, [&] { worker->detach(&orphan, nullptr); });
+    QCOMPARE(orphan.thread(), nullptr);
+    QCOMPARE(capture.lines(ko::Log::Warning),
+             QStringList{"detaching QObject.orphan. event processing will stop."});
+    worker->detach(7); // a bad index is ignored
+    QCOMPARE(worker->load(), 0);
+    runIn(&forgotten, [&] { forgotten.moveToThread(main); });
+}
+
+void tst_komQtSignalThreadPool::destroyedObjectsKeepCounting()
+{
+    komQtSignalThreadPool pool(QStringLiteral("N"), 1);
+    auto* doomed = new QObject;
+    QObject kept;
+    pool.attachToThread(doomed);
+    pool.attachToThread(&kept);
+    komQtSignalWorkerThread* worker = pool.threads().first();
+    runIn(doomed, [doomed] { delete doomed; });
+    QCoreApplication::processEvents(); // delivers destroyed() to the worker object
+    QTest::qWait(20);
+    QCOMPARE(worker->load(), 2);
+    QCOMPARE(worker->indexOf(nullptr), 0); // the null entry stays in place
+    QCOMPARE(worker->indexOf(&kept), 1);
+    runIn(&kept, [&] { worker->detach(&kept, QCoreApplication::instance()->thread()); });
+}
+
+void tst_komQtSignalThreadPool::escapingException_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("ExceptionQt") << 0 << QString(); // checked separately below
+    QTest::newRow("const char*") << 1 << "in worker thread E-Thread-1: text";
+    QTest::newRow("std::exception") << 2 << "in worker thread E-Thread-1: what";
+    QTest::newRow("komException") << 3 << "in worker thread E-Thread-1: first,second";
+    QTest::newRow("anything else") << 4 << "in worker thread E-Thread-1: ";
+}
+
+void tst_komQtSignalThreadPool::escapingException()
+{
+    QFETCH(int, kind);
+    QFETCH(QString, line);
+    const QtMessageHandler previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    LogCapture capture;
+    komQtSignalThreadPool pool(QStringLiteral("E"), 0);
+    QObject target;
+    pool.attachToThread(&target);
+    QPointer<komQtSignalWorkerThread> worker = pool.threads().first();
+    QMetaObject::invokeMethod(
+        &target,
+        [kind] {
+            switch (kind) {
+            case 0:
+                throw ko::RuntimeException(QStringLiteral("broken"));
+            case 1:
+                throw "text";
+            case 2:
+                throw std::runtime_error("what");
+            case 3: {
+                komException e("first");
+                e.addMessage("second");
+                throw e;
+            }
+            default:
+                throw 42;
+            }
+        },
+        Qt::QueuedConnection);
+    QVERIFY(worker->wait(5000));
+    qInstallMessageHandler(previous);
+    const QStringList fatal = capture.lines(ko::Log::FatalError);
+    QCOMPARE(fatal.size(), 1);
+    if (kind == 0)
+        QCOMPARE(fatal.first(), ko::RuntimeException(QStringLiteral("broken")).toString().trimmed());
+    else
+        QCOMPARE(fatal.first(), line);
+    QCOMPARE(capture.lines(ko::Log::Message), QStringList{"E-Thread-1 finished."});
+
+    // The dead worker is discarded by the next attach.
+    QObject next;
+    pool.attachToThread(&next);
+    QCOMPARE(pool.threads().size(), 1);
+    QVERIFY(worker.isNull());
+}
+
+void tst_komQtSignalThreadPool::deleteManyAttached()
+{
+    komQtSignalThreadPool* pool = komQtSignalThreadPool::globalInstance();
+    std::vector<std::unique_ptr<QObject>> objects;
+    for (int i = 0; i < 1000; ++i) {
+        objects.emplace_back(new QObject);
+        pool->attachToThread(objects.back().get());
+    }
+    QCOMPARE(pool->threads().size(), 4);
+    QCOMPARE(totalLoad(*pool), 1000);
+    QList<QPointer<QThread>> workers;
+    for (komQtSignalWorkerThread* thread : pool->threads())
+        workers << thread;
+    QVERIFY(komQtSignalThreadPool::deleteGlobalInstance());
+    for (const QPointer<QThread>& worker : workers)
+        QVERIFY(worker.isNull()); // stopped, waited for and deleted
+    objects.clear();
+}
+
+void tst_komQtSignalThreadPool::stress()
+{
+    komQtSignalThreadPool pool(QStringLiteral("S"), 4);
+    constexpr int count = 10000;
+    QThread* main = QThread::currentThread();
+    std::vector<QObject*> objects(count);
+    for (int i = 0; i < count; ++i) {
+        objects[i] = new QObject;
+        pool.attachToThread(objects[i]);
+    }
+    QCOMPARE(totalLoad(pool), count);
+
+    // Every third object is detached to the main thread and every third deleted, each from inside its worker.
+    QAtomicInt done;
+    int queued = 0;
+    for (int i = 0; i < count; ++i) {
+        QObject* object = objects[i];
+        komQtSignalWorkerThread* worker = static_cast<komQtSignalWorkerThread*>(object->thread());
+        if (i % 3 == 0) {
+            QMetaObject::invokeMethod(object, [=, &done] { worker->detach(object, main); done.ref(); }, Qt::QueuedConnection);
+            ++queued;
+        } else if (i % 3 == 1) {
+            QMetaObject::invokeMethod(object, [=, &done] { delete object; done.ref(); }, Qt::QueuedConnection);
+            ++queued;
+        }
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(done.loadAcquire(), queued, 30000);
+    QCoreApplication::processEvents();
+
+    int detached = 0, deleted = 0, kept = 0;
+    for (int i = 0; i < count; ++i) {
+        if (i % 3 == 0) {
+            QCOMPARE(objects[i]->thread(), main);
+            for (komQtSignalWorkerThread* worker : pool.threads())
+                QCOMPARE(worker->indexOf(objects[i]), -1);
+            delete objects[i];
+            ++detached;
+        } else if (i % 3 == 1) {
+            ++deleted;
+        } else {
+            auto* worker = static_cast<komQtSignalWorkerThread*>(objects[i]->thread());
+            QVERIFY(worker->indexOf(objects[i]) >= 0);
+            ++kept;
+        }
+    }
+    // Destroyed objects stay as null entries and keep counting; detached ones are gone.
+    QCOMPARE(totalLoad(pool), kept + deleted);
+    for (int i = 2; i < count; i += 3)
+        delete objects[i];
+    Q_UNUSED(detached);
+}
+
+QTEST_GUILESS_MAIN(tst_komQtSignalThreadPool)
+#include "tst_komQtSignalThreadPool.moc"
