@@ -151,6 +151,7 @@ private Q_SLOTS:
     void encipheredRoundTrip();
     void replacedFileKeepsItsPermissions();
     void progressOnlyOnATerminal();
+    void bench();
     void helpAndTour();
 };
 
@@ -408,6 +409,15 @@ void tst_coreqt::errors_data()
                                           << QStringLiteral("coreqt: inspect: short.bin") + notEnciphered
             + QStringLiteral("5 bytes, shorter than the 8-byte header")
                                           << QStringList { "short.bin=12345" };
+    QTest::newRow("unknown benchmark")
+        << QStringList { "bench", "files" }
+        << QStringLiteral("coreqt: bench: benchmark 'files', unknown; available: jobs") << QStringList();
+    QTest::newRow("no jobs") << QStringList { "bench", "jobs", "--jobs", "0" }
+                             << QStringLiteral("coreqt: bench: --jobs '0', must be at least 1")
+                             << QStringList();
+    QTest::newRow("malformed thread count")
+        << QStringList { "bench", "jobs", "--threads", "two" }
+        << QStringLiteral("coreqt: bench: --threads 'two', not a decimal integer") << QStringList();
 }
 
 void tst_coreqt::errors()
@@ -516,12 +526,33 @@ void tst_coreqt::progressOnlyOnATerminal()
     QCOMPARE(small.output(), QByteArray());
 }
 
+void tst_coreqt::bench()
+{
+    Terminal terminal;
+    const Result result = coreqt(
+        { "bench", "jobs", "--jobs", "300", "--threads", "2", "--work-us", "5" }, {}, QString(), &terminal);
+    QCOMPARE(result.exitCode, 0);
+    const QStringList lines = QString::fromUtf8(result.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 6);
+    QCOMPARE(lines.mid(0, 3), QStringList({ "jobs\t300", "threads\t2", "workUs\t5" }));
+    for (const QString& line : lines.mid(3))
+        QVERIFY2(line.section(QLatin1Char('\t'), 1).toDouble() > 0, qPrintable(line));
+    QVERIFY(terminal.output().contains("bench komQtThreadPool: 100% (300 of 300 jobs)"));
+    QVERIFY(terminal.output().contains("bench QThreadPool: 100% (300 of 300 jobs)"));
+
+    const QJsonObject json
+        = QJsonDocument::fromJson(coreqt({ "bench", "jobs", "--jobs", "50", "--format", "json" }).out)
+              .object();
+    QCOMPARE(json.value("jobs").toInt(), 50);
+    QVERIFY(json.value("ratio").toDouble() > 0);
+}
+
 void tst_coreqt::helpAndTour()
 {
     const Result help = coreqt({ "--help" });
     QCOMPARE(help.exitCode, 0);
     for (const char* command :
-        { "demo", "events", "event", "vocab", "fps", "time", "encrypt", "decrypt", "inspect" })
+        { "demo", "events", "event", "vocab", "fps", "time", "encrypt", "decrypt", "inspect", "bench" })
         QVERIFY2(help.out.contains(QByteArray("\n  ") + command + ' '), command);
     const Result vocabHelp = coreqt({ "vocab", "--help" });
     QCOMPARE(vocabHelp.exitCode, 0);
@@ -530,6 +561,10 @@ void tst_coreqt::helpAndTour()
     const Result tour = coreqt({}, { "LANG=de_DE.UTF-8" });
     QCOMPARE(tour.exitCode, 0);
     const QString text = QString::fromUtf8(tour.out);
+    QCOMPARE(text.count(QRegularExpression(QStringLiteral(" job \\d+ started on Tour-Thread-[12]\n"))), 4);
+    QCOMPARE(text.count(QRegularExpression(QStringLiteral(" job \\d+ finished\n"))), 4);
+    QVERIFY(text.contains(QStringLiteral("its slot ran in SignalThreadPool-Thread-1\n")));
+    QVERIFY(text.contains(QStringLiteral("it is back in the main thread\n")));
     QVERIFY(text.contains(QStringLiteral("en  event VM: Video Motion (VM)")));
     QVERIFY(text.contains(QStringLiteral("de  event VM: Video-Bewegungsmelder (VM)")));
     QVERIFY(text.contains(QStringLiteral("fr  event VM: Mouvement vidéo (VM)")));

@@ -1,6 +1,7 @@
 #include "DemoCommand.h"
 
 #include "FileCommands.h"
+#include "JobRun.h"
 #include "Output.h"
 #include "TimeCommands.h"
 #include "Translations.h"
@@ -13,11 +14,15 @@
 #include "exceptions/RuntimeException.h"
 #include "io/FileEncrypt.h"
 #include "kom/koqdatetime.h"
+#include "log/LogQt.h"
+#include "threads/komQtSignalThreadPool.h"
 
 #include <QDateTime>
+#include <QEventLoop>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTextStream>
+#include <QThread>
+#include <QTimer>
 
 namespace tool
 {
@@ -38,6 +43,59 @@ void printIndented(const QString& text)
 {
     for (const QString& line : text.split(QLatin1Char('\n'), QString::SkipEmptyParts))
         printLine(QStringLiteral("  ") + line);
+}
+
+void showJobPool()
+{
+    section(QStringLiteral("Four jobs on a job pool of two workers, logged through the log front"));
+    runJobs(QStringLiteral("Tour"), 4, 2, [](int jobId) {
+        ko::LogLine(ko::Log::Message)
+            << "job " << jobId << " started on " << QThread::currentThread()->objectName();
+        QThread::msleep(20);
+        ko::LogLine(ko::Log::Message) << "job " << jobId << " finished";
+    });
+}
+
+// An object whose slot reports the thread it runs in.
+class Greeter : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void greet() { Q_EMIT greeted(QThread::currentThread()->objectName()); }
+
+Q_SIGNALS:
+    void greeted(const QString& threadName);
+};
+
+void showSignalThreadPool()
+{
+    section(QStringLiteral("An object attached to the signal thread pool"));
+    ko::komQtSignalThreadPool* pool = ko::komQtSignalThreadPool::globalInstance();
+    Greeter greeter;
+    pool->attachToThread(&greeter);
+
+    QEventLoop loop;
+    QString where = QStringLiteral("(no answer)");
+    QObject::connect(&greeter, &Greeter::greeted, &loop, [&](const QString& threadName) {
+        where = threadName;
+        loop.quit();
+    });
+    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+    QMetaObject::invokeMethod(&greeter, "greet", Qt::QueuedConnection);
+    loop.exec();
+    printLine(QStringLiteral("  its slot ran in %1").arg(where));
+
+    // Only a detach that runs inside the worker moves the object; this one hands it back here.
+    auto* worker = qobject_cast<ko::komQtSignalWorkerThread*>(greeter.thread());
+    QThread* home = QThread::currentThread();
+    if (worker)
+        QMetaObject::invokeMethod(
+            &greeter, [&] { worker->detach(&greeter, home); }, Qt::BlockingQueuedConnection);
+    printLine(greeter.thread() == home
+            ? QStringLiteral("  detached from inside the worker, it is back in the main thread")
+            : QStringLiteral("  it could not be detached"));
+    ko::komQtSignalThreadPool::deleteGlobalInstance();
 }
 
 void showVocabulary(Translations& translations)
@@ -110,6 +168,8 @@ void showEncipheredFile()
 int runDemo(const Invocation& invocation)
 {
     printLine(QStringLiteral("CoreQt %1: a short tour").arg(QLatin1String(ko::coreQtVersion())));
+    showJobPool();
+    showSignalThreadPool();
     showVocabulary(*invocation.translations);
     showException();
     showFrameTime();
@@ -125,3 +185,5 @@ const Command kDemoCommand = { "demo", "",
     0, 0, nullptr, runDemo };
 
 } // namespace tool
+
+#include "DemoCommand.moc"

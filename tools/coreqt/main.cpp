@@ -1,5 +1,6 @@
 // coreqt: the library's knowledge on the command line (trigger masks, vocabulary in three
 // languages, frame times, enciphered files) and a short tour of the library at work.
+#include "BenchCommand.h"
 #include "Command.h"
 #include "DemoCommand.h"
 #include "EventCommands.h"
@@ -25,7 +26,7 @@ namespace
 {
 
 const Command* const kCommands[] = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand,
-    &kFpsCommand, &kTimeCommand, &kEncryptCommand, &kDecryptCommand, &kInspectCommand };
+    &kFpsCommand, &kTimeCommand, &kEncryptCommand, &kDecryptCommand, &kInspectCommand, &kBenchCommand };
 
 // Every failure ends with one line on standard error and this status.
 constexpr int kFailure = 2;
