@@ -40,13 +40,19 @@ const Command* findCommand(const QString& name)
     return nullptr;
 }
 
+// The command with its arguments, as help and error messages show it: "events MASK [MASK MASK]".
+QString usage(const Command& command)
+{
+    return QStringLiteral("%1 %2").arg(QLatin1String(command.name), QLatin1String(command.syntax)).trimmed();
+}
+
 QString overview()
 {
     QString text = QStringLiteral(
         "The CoreQt library's camera vocabulary, frame times and enciphered files on the command line.\n"
         "Without a command, runs the tour (demo).\n\nCommands:");
     for (const Command* command : kCommands)
-        text += QStringLiteral("\n  %1 %2").arg(QLatin1String(command->name), QLatin1String(command->syntax));
+        text += QStringLiteral("\n  ") + usage(*command);
     return text + QStringLiteral("\n\nSee coreqt COMMAND --help for a command's options.");
 }
 
@@ -80,8 +86,7 @@ int run(const QStringList& arguments)
     const Command* command = positional.isEmpty() ? &kDemoCommand : findCommand(name);
     if (command && !positional.isEmpty()) {
         parser.clearPositionalArguments();
-        parser.addPositionalArgument(name, QString::fromLatin1(command->description),
-            name + QLatin1Char(' ') + QLatin1String(command->syntax));
+        parser.addPositionalArgument(name, QString::fromLatin1(command->description), usage(*command));
         if (command->options)
             parser.addOptions(command->options());
     }
@@ -117,9 +122,10 @@ int run(const QStringList& arguments)
     const int count = invocation.arguments.size();
     if (count < command->minArguments || (command->maxArguments >= 0 && count > command->maxArguments))
         return fail(name,
-            QStringLiteral("expected %1 %2, got %3 argument(s); see coreqt %1 --help")
-                .arg(name, QLatin1String(command->syntax))
-                .arg(count));
+            QStringLiteral("expected %1, got %2 argument(s); see coreqt %3 --help")
+                .arg(usage(*command))
+                .arg(count)
+                .arg(name));
     // The library's own progress messages would mix with the results on standard output; only
     // the tour shows them.
     if (command != &kDemoCommand)
