@@ -1,0 +1,62 @@
+#include "Arguments.h"
+
+#include "exceptions/IllegalArgumentException.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace tool
+{
+
+void badInput(const QString& what, const QString& input, const QString& reason)
+{
+    throw ko::IllegalArgumentException(QStringLiteral("%1 '%2'").arg(what, input), reason);
+}
+
+void badUsage(const QString& reason)
+{
+    throw ko::IllegalArgumentException(QString(), reason);
+}
+
+quint32 parseUInt32(const QString& what, const QString& text)
+{
+    static const QRegularExpression hex(QStringLiteral("^0[xX]([0-9A-Fa-f]+)$"));
+    static const QRegularExpression decimal(QStringLiteral("^[0-9]+$"));
+    bool ok = false;
+    qulonglong value = 0;
+    const QRegularExpressionMatch match = hex.match(text);
+    // A leading 0 does not mean octal here: camera logs write masks in decimal or 0x-hex only.
+    if (match.hasMatch())
+        value = match.captured(1).toULongLong(&ok, 16);
+    else if (decimal.match(text).hasMatch())
+        value = text.toULongLong(&ok, 10);
+    else
+        badInput(
+            what, text, QStringLiteral("not a number; write it in decimal or as 0x-prefixed hexadecimal"));
+    if (!ok || value > 0xFFFFFFFFull)
+        badInput(what, text, QStringLiteral("larger than 32 bits (0xFFFFFFFF)"));
+    return quint32(value);
+}
+
+int parseInteger(const QString& what, const QString& text, int minimum)
+{
+    bool ok = false;
+    const int value = text.toInt(&ok, 10);
+    if (!ok || text.trimmed() != text)
+        badInput(what, text, QStringLiteral("not a decimal integer"));
+    if (value < minimum)
+        badInput(what, text, QStringLiteral("must be at least %1").arg(minimum));
+    return value;
+}
+
+double parseNumber(const QString& what, const QString& text)
+{
+    bool ok = false;
+    const double value = text.toDouble(&ok);
+    if (!ok || !std::isfinite(value) || text.trimmed() != text)
+        badInput(what, text, QStringLiteral("not a finite number"));
+    return value;
+}
+
+} // namespace tool

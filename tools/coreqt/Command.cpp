@@ -1,0 +1,18 @@
+#include "Command.h"
+
+#include <QCommandLineParser>
+
+namespace tool
+{
+
+bool Invocation::isSet(const QString& name) const
+{
+    return parser->isSet(name);
+}
+
+QString Invocation::value(const QString& name) const
+{
+    return parser->value(name);
+}
+
+} // namespace tool

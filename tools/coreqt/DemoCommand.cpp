@@ -1,0 +1,189 @@
+#include "DemoCommand.h"
+
+#include "FileCommands.h"
+#include "JobRun.h"
+#include "Output.h"
+#include "TimeCommands.h"
+#include "Translations.h"
+
+#include "Version.h"
+#include "camera/EventTypes.h"
+#include "camera/ImageTypes.h"
+#include "exceptions/FileException.h"
+#include "exceptions/IOException.h"
+#include "exceptions/RuntimeException.h"
+#include "io/FileEncrypt.h"
+#include "kom/koqdatetime.h"
+#include "log/LogQt.h"
+#include "threads/komQtSignalThreadPool.h"
+
+#include <QDateTime>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
+
+namespace tool
+{
+
+namespace
+{
+
+// A frame time of the sample recording: 2023-11-14T22:13:20.123456Z.
+constexpr unsigned long long kSampleFrameTime = 1700000000123456ull;
+
+void section(const QString& title)
+{
+    printLine(QString());
+    printLine(QStringLiteral("== ") + title);
+}
+
+void printIndented(const QString& text)
+{
+    for (const QString& line : text.split(QLatin1Char('\n'), QString::SkipEmptyParts))
+        printLine(QStringLiteral("  ") + line);
+}
+
+void showJobPool()
+{
+    section(QStringLiteral("Four jobs on a job pool of two workers, logged through the log front"));
+    runJobs(QStringLiteral("Tour"), 4, 2, [](int jobId) {
+        ko::LogLine(ko::Log::Message)
+            << "job " << jobId << " started on " << QThread::currentThread()->objectName();
+        QThread::msleep(20);
+        ko::LogLine(ko::Log::Message) << "job " << jobId << " finished";
+    });
+}
+
+// An object whose slot reports the thread it runs in.
+class Greeter : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void greet() { Q_EMIT greeted(QThread::currentThread()->objectName()); }
+
+Q_SIGNALS:
+    void greeted(const QString& threadName);
+};
+
+void showSignalThreadPool()
+{
+    section(QStringLiteral("An object attached to the signal thread pool"));
+    ko::komQtSignalThreadPool* pool = ko::komQtSignalThreadPool::globalInstance();
+    Greeter greeter;
+    pool->attachToThread(&greeter);
+
+    QEventLoop loop;
+    QString where = QStringLiteral("(no answer)");
+    QObject::connect(&greeter, &Greeter::greeted, &loop, [&](const QString& threadName) {
+        where = threadName;
+        loop.quit();
+    });
+    QTimer::singleShot(5000, &loop, &QEventLoop::quit);
+    QMetaObject::invokeMethod(&greeter, "greet", Qt::QueuedConnection);
+    loop.exec();
+    printLine(QStringLiteral("  its slot ran in %1").arg(where));
+
+    // Only a detach that runs inside the worker moves the object; this one hands it back here.
+    auto* worker = qobject_cast<ko::komQtSignalWorkerThread*>(greeter.thread());
+    QThread* home = QThread::currentThread();
+    if (worker)
+        QMetaObject::invokeMethod(
+            &greeter, [&] { worker->detach(&greeter, home); }, Qt::BlockingQueuedConnection);
+    printLine(greeter.thread() == home
+            ? QStringLiteral("  detached from inside the worker, it is back in the main thread")
+            : QStringLiteral("  it could not be detached"));
+    ko::komQtSignalThreadPool::deleteGlobalInstance();
+}
+
+void showVocabulary(Translations& translations)
+{
+    section(QStringLiteral("Camera vocabulary in English, German and French"));
+    const Language installed = translations.language();
+    for (Language language : { Language::English, Language::German, Language::French }) {
+        translations.install(language);
+        const QString code = languageCode(language);
+        printLine(QStringLiteral("  %1  event VM: %2").arg(code, ko::triggerEventName(QStringLiteral("VM"))));
+        printLine(
+            QStringLiteral("  %1  event AMB_7: %2").arg(code, ko::triggerEventName(QStringLiteral("AMB_7"))));
+        printLine(QStringLiteral("  %1  whiteBalance 'auto narrow': %2")
+                      .arg(code, whiteBalanceName(QStringLiteral("auto narrow"))));
+        printLine(QStringLiteral("  %1  noiseSuppression '5': %2")
+                      .arg(code, noiseSuppressionName(QStringLiteral("5"))));
+        printLine(QStringLiteral("  %1  streamMode 0x4: %2").arg(code, streamModeName(ko::StreamModeSpeed)));
+    }
+    translations.install(installed);
+}
+
+void showException()
+{
+    section(QStringLiteral("An exception with a two-deep cause chain"));
+    try {
+        const ko::FileException disk(QFileInfo(QStringLiteral("/recordings/cam1/0042.dat")),
+            QFile::WriteError, QStringLiteral("no space left on the device"));
+        const ko::IOException frame(QStringLiteral("frame 42 was not saved"), &disk);
+        ko::RuntimeException recording(QStringLiteral("recording of cam1 stopped"));
+        recording.setCause(&frame);
+        throw recording;
+    } catch (const ko::ExceptionQt& e) {
+        printIndented(e.toString());
+    }
+}
+
+void showFrameTime()
+{
+    section(QStringLiteral("A frame time converted both ways"));
+    Report there(Report::Properties);
+    addFrameTime(there, kSampleFrameTime);
+    printIndented(QString::fromUtf8(there.render(Format::Text)));
+    const QString utc = ko::toQDateTime(kSampleFrameTime).toUTC().toString(Qt::ISODateWithMs);
+    printLine(QStringLiteral("  back from %1: %2 (milliseconds kept)").arg(utc).arg(frameTimeOf(utc)));
+}
+
+void showEncipheredFile()
+{
+    section(QStringLiteral("An enciphered temporary file written, inspected and read back"));
+    const QByteArray sample = QByteArrayLiteral("camera cam1: 42 frames recorded, 0 lost\n");
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("sample.enc"));
+    ko::FileEncrypt out(path);
+    const bool written = out.open(QIODevice::WriteOnly) && out.write(sample) == sample.size();
+    out.close();
+    if (!written) {
+        printLine(QStringLiteral("  could not write %1: %2").arg(path, out.errorString()));
+        return;
+    }
+    printLine(
+        QStringLiteral("  wrote %1 bytes; on disk %2 bytes").arg(sample.size()).arg(QFileInfo(path).size()));
+    printIndented(QString::fromUtf8(inspectFile(path).render(Format::Text)));
+    ko::FileEncrypt in(path);
+    const QByteArray back = in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
+    in.close();
+    printLine(
+        back == sample ? QStringLiteral("  read back: identical") : QStringLiteral("  read back: different"));
+}
+
+int runDemo(const Invocation& invocation)
+{
+    printLine(QStringLiteral("CoreQt %1: a short tour").arg(QLatin1String(ko::coreQtVersion())));
+    showJobPool();
+    showSignalThreadPool();
+    showVocabulary(*invocation.translations);
+    showException();
+    showFrameTime();
+    showEncipheredFile();
+    return 0;
+}
+
+} // namespace
+
+const Command kDemoCommand = { "demo", "",
+    "A short tour of the library on built-in sample data: jobs, signal thread pool, vocabulary in three "
+    "languages, an exception chain, frame times and an enciphered file.",
+    0, 0, nullptr, runDemo };
+
+} // namespace tool
+
+#include "DemoCommand.moc"

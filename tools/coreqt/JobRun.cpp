@@ -1,0 +1,121 @@
+#include "JobRun.h"
+
+#include "platform/kom/komSmart.h"
+#include "threads/IRunnable.h"
+#include "threads/komQtThreadPool.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QMutex>
+#include <QPointer>
+#include <QSet>
+#include <QThread>
+#include <QTimer>
+
+#include <atomic>
+
+namespace tool
+{
+
+namespace
+{
+
+// What the jobs of one run share: the count of jobs done, the loop to end after the last one,
+// and the workers they ran on.
+struct Tally
+{
+    int total = 0;
+    std::atomic<int> done { 0 };
+    QEventLoop* loop = nullptr;
+    QMutex mutex;
+    QSet<QThread*> workers;
+    QElapsedTimer clock;
+    std::atomic<qint64> lastEnd { 0 };
+};
+
+class Job : public ko::IRunnable
+{
+public:
+    Job(Tally& tally, const std::function<void(int)>& work)
+        : mTally(tally)
+        , mWork(work)
+    { }
+
+    void run(int jobId, QTime&) override
+    {
+        {
+            QMutexLocker locker(&mTally.mutex);
+            mTally.workers.insert(QThread::currentThread());
+        }
+        mWork(jobId);
+        if (++mTally.done == mTally.total) {
+            mTally.lastEnd = mTally.clock.nsecsElapsed();
+            QMetaObject::invokeMethod(mTally.loop, "quit", Qt::QueuedConnection);
+        }
+    }
+
+private:
+    Tally& mTally;
+    const std::function<void(int)>& mWork;
+};
+
+// Workers delete themselves with deleteLater() from their own thread when their loop ends; the
+// deletion is posted to this thread, which processes it here.
+void waitUntilDeleted(const QList<QPointer<QThread>>& workers)
+{
+    const QDeadlineTimer deadline(10000);
+    auto anyAlive = [&workers] {
+        for (const QPointer<QThread>& worker : workers) {
+            if (worker)
+                return true;
+        }
+        return false;
+    };
+    while (anyAlive() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QThread::msleep(1);
+    }
+}
+
+} // namespace
+
+qint64 runJobs(const QString& name, int jobs, int threads, const std::function<void(int)>& work,
+    const std::function<void(int)>& progress)
+{
+    if (jobs <= 0)
+        return 0;
+    QEventLoop loop;
+    Tally tally;
+    tally.total = jobs;
+    tally.loop = &loop;
+    QTimer ticker;
+    if (progress) {
+        QObject::connect(&ticker, &QTimer::timeout, [&tally, &progress] { progress(tally.done); });
+        ticker.start(100);
+    }
+
+    ko::komQtThreadPool pool(name, threads);
+    tally.clock.start();
+    for (int i = 0; i < jobs; ++i)
+        pool.schedule(kom::smart<ko::IRunnable>(new Job(tally, work)));
+    loop.exec();
+    ticker.stop();
+    if (progress)
+        progress(tally.done);
+
+    // Every job has ended; the pool takes its workers back in this thread's event loop.
+    pool.waitForAllFinished(10000);
+    QList<QPointer<QThread>> workers;
+    for (QThread* worker : qAsConst(tally.workers))
+        workers << worker;
+    // A maximum of 0 means no limit, and any worker count exceeds it: every idle worker is
+    // discarded and shut down, where deleting the pool would leave idle workers parked.
+    pool.setMaxThreads(0);
+    waitUntilDeleted(workers);
+    return tally.lastEnd;
+}
+
+} // namespace tool
