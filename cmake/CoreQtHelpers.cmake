@@ -17,10 +17,12 @@ function(coreqt_add_library target)
     cmake_parse_arguments(ARG "" "BASE_NAME;EXPORT_HEADER" "SOURCES" ${ARGN})
     add_library(${target} SHARED ${ARG_SOURCES})
     add_library(CoreQt::${target} ALIAS ${target})
+    # Installed side by side, the libraries find one another wherever the tree is put.
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}
-        EXPORT_NAME ${target})
+        EXPORT_NAME ${target}
+        INSTALL_RPATH "$ORIGIN")
     generate_export_header(${target}
         BASE_NAME ${ARG_BASE_NAME}
         EXPORT_FILE_NAME "${COREQT_GENERATED_INCLUDE_DIR}/${ARG_EXPORT_HEADER}")
