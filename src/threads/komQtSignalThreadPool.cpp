@@ -136,6 +136,11 @@ void komQtSignalWorkerThread::run()
     const QString name = objectName();
     QThread::setTerminationEnabled(true);
     const QString where = QStringLiteral("in worker thread ") + name + QStringLiteral(": ");
+#if defined(__clang__)
+    // Clang takes char* and const char* handlers for one and the same; the table lists both.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wexceptions"
+#endif
     try {
         exec();
     } catch (ko::ExceptionQt& e) {
@@ -155,6 +160,9 @@ void komQtSignalWorkerThread::run()
     } catch (...) {
         LogLine(Log::FatalError) << where;
     }
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
     if (mMutex)
         LogLine(Log::Message) << name << " finished.";
     else
