@@ -33,10 +33,9 @@ private Q_SLOTS:
     void waits_data();
     void waits();
     void abortAndPriority();
-    void jobsBehindReclaimedWorkerAreInvisible();
+    void singleWorker();
     void setMaxThreadsDiscardsIdleOnly_data();
     void setMaxThreadsDiscardsIdleOnly();
-    void workerDeletedFromOutside();
     void nestedWaits_data();
     void nestedWaits();
     void waitFromAnotherThread();
@@ -161,7 +160,7 @@ void tst_komQtThreadPool::abortAndPriority()
     QVERIFY(started.count() == 4 && !started.contains({ a })); // an aborted job never starts
 }
 
-void tst_komQtThreadPool::jobsBehindReclaimedWorkerAreInvisible()
+void tst_komQtThreadPool::singleWorker()
 {
     TestPool pool(QStringLiteral("Single"), 1);
     QSemaphore gate1, gate2;
@@ -177,6 +176,11 @@ void tst_komQtThreadPool::jobsBehindReclaimedWorkerAreInvisible()
     scheduleJob(pool, third); // busy again: seen again
     QVERIFY(pool.isRunning(second) && !pool.isFinished(second));
     gate2.release();
+    // Deleted outside the pool's use, the worker stops its loop and just leaves the pool's lists.
+    QVERIFY(spinUntil([&]() { return pool.isIdle() && pool.totalWorkLoad() == 0; }));
+    delete pool.workers().first().data();
+    QCOMPARE(pool.countThreads(), 0);
+    QVERIFY(pool.waitForFinished(pool.schedule(kom::smart<RecordingJob>(new RecordingJob)), -1));
     QVERIFY(pool.retire());
 }
 
@@ -213,19 +217,6 @@ void tst_komQtThreadPool::setMaxThreadsDiscardsIdleOnly()
     QVERIFY(spinUntil([&]() { return workers.count(nullptr) == idle + busy - remaining; }));
     QCOMPARE(finishedLines(capture).size(), idle + busy - remaining);
     busyGate.release(busy);
-    QVERIFY(pool.retire());
-}
-
-void tst_komQtThreadPool::workerDeletedFromOutside()
-{
-    // Outside the pool's use: the worker stops its loop and just leaves the pool's lists.
-    TestPool pool;
-    int id;
-    scheduleJob(pool, id);
-    QVERIFY(spinUntil([&]() { return pool.isIdle() && pool.totalWorkLoad() == 0; }));
-    delete pool.workers().first().data();
-    QCOMPARE(pool.countThreads(), 0);
-    QVERIFY(pool.waitForFinished(pool.schedule(kom::smart<RecordingJob>(new RecordingJob)), -1));
     QVERIFY(pool.retire());
 }
 

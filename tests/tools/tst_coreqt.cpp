@@ -223,11 +223,9 @@ void tst_coreqt::vocabularyListsWhatTheLibraryKnows()
         QVERIFY2(!row.value("text").toString().isEmpty(), qPrintable(row.value("key").toString()));
         if (row.value("value").isNull())
             continue;
-        const QString table = row.value("table").toString();
         const QString value = QString::number(row.value("value").toInt());
-        const QJsonArray byValue = json({ "vocab", table, "--value", value }).array();
-        QCOMPARE(byValue.size(), 1);
-        QCOMPARE(byValue.at(0).toObject().value("text"), row.value("text"));
+        const QJsonArray byValue = json({ "vocab", row.value("table").toString(), "--value", value }).array();
+        QVERIFY(byValue.size() == 1 && byValue.at(0).toObject().value("text") == row.value("text"));
         ++checked;
     }
     QCOMPARE(checked, 54);
@@ -413,18 +411,11 @@ void tst_coreqt::bench()
         { "bench", "jobs", "--jobs", "300", "--threads", "2", "--work-us", "5" }, {}, QString(), &terminal);
     QCOMPARE(result.exitCode, 0);
     const QStringList lines = QString::fromUtf8(result.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), 6);
-    QCOMPARE(lines.mid(0, 3), QStringList({ "jobs\t300", "threads\t2", "workUs\t5" }));
+    QVERIFY(lines.size() == 6 && lines.mid(0, 3) == QStringList({ "jobs\t300", "threads\t2", "workUs\t5" }));
     for (const QString& line : lines.mid(3))
         QVERIFY2(line.section(QLatin1Char('\t'), 1).toDouble() > 0, qPrintable(line));
     QVERIFY(terminal.output.contains("bench komQtThreadPool: 100% (300 of 300 jobs)"));
     QVERIFY(terminal.output.contains("bench QThreadPool: 100% (300 of 300 jobs)"));
-
-    const QJsonObject json
-        = QJsonDocument::fromJson(coreqt({ "bench", "jobs", "--jobs", "50", "--format", "json" }).out)
-              .object();
-    QCOMPARE(json.value("jobs").toInt(), 50);
-    QVERIFY(json.value("ratio").toDouble() > 0);
 }
 
 void tst_coreqt::helpAndTour()
@@ -450,9 +441,8 @@ void tst_coreqt::helpAndTour()
             "en  event VM: Video Motion (VM)", "de  event VM: Video-Bewegungsmelder (VM)",
             "back from 2023-11-14T22:13:20.123Z: 1700000000123000",
             "0042.dat: SchreibFehler, no space left on the device\n", "readable\ttrue\n",
-            "read back: identical\n" })
+            "fr  event VM: Mouvement vidéo (VM)", "read back: identical\n" })
         QVERIFY2(text.contains(QString::fromUtf8(line)), line);
-    QVERIFY(text.contains(QStringLiteral("fr  event VM: Mouvement vidéo (VM)")));
     QVERIFY(coreqt({ "demo" }).out.contains("0042.dat: WriteError, no space left on the device\n"));
 }
 
