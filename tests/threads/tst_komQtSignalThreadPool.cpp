@@ -260,30 +260,20 @@ void tst_komQtSignalThreadPool::stress()
 
     // Every third object is detached to the main thread and every third deleted, each from inside its worker.
     QAtomicInt done;
-    int queued = 0;
     for (int i = 0; i < count; ++i) {
         QObject* object = objects[i];
-        komQtSignalWorkerThread* worker = static_cast<komQtSignalWorkerThread*>(object->thread());
-        if (i % 3 == 0) {
-            QMetaObject::invokeMethod(
-                object,
-                [=, &done] {
+        auto* worker = static_cast<komQtSignalWorkerThread*>(object->thread());
+        if (i % 3 != 2) {
+            QMetaObject::invokeMethod(object, [=, &done] {
+                if (i % 3 == 0)
                     worker->detach(object, main);
-                    done.ref();
-                },
-                Qt::QueuedConnection);
-            ++queued;
-        } else if (i % 3 == 1) {
-            QMetaObject::invokeMethod(
-                object,
-                [=, &done] {
+                else
                     delete object;
-                    done.ref();
-                },
-                Qt::QueuedConnection);
-            ++queued;
+                done.ref();
+            });
         }
     }
+    const int queued = count - count / 3;
     QTRY_COMPARE_WITH_TIMEOUT(done.loadAcquire(), queued, 30000);
     QCoreApplication::processEvents();
 
