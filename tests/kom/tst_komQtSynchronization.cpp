@@ -27,11 +27,7 @@ struct TerminalRecorder
               sReports << message.text();
               sReportSender = sender;
           });
-    TerminalRecorder()
-    {
-        sReports.clear();
-        sReportSender = nullptr;
-    }
+    TerminalRecorder() { sReports.clear(), sReportSender = nullptr; }
     ~TerminalRecorder() { kom::setTerminalHandler(previous); }
 };
 
@@ -63,16 +59,8 @@ struct OtherLock : komLockInterface
 // Holds at a gate, then counts its run.
 struct GatedRunnable : komRunnableInterface
 {
-    explicit GatedRunnable(QSemaphore* gate_)
-        : gate(gate_)
-    {
-    }
-    void run() override
-    {
-        gate->acquire();
-        ++runs;
-    }
-    QSemaphore* gate;
+    void run() override { gate->acquire(), ++runs; }
+    QSemaphore* gate = nullptr;
     std::atomic<int> runs { 0 };
 };
 
@@ -166,7 +154,8 @@ void tst_komQtSynchronization::spawner()
         komQtThreadSpawner spawner;
         for (const QChar step : steps) {
             if (step == 's') {
-                runnables << kom::smart<GatedRunnable>(new GatedRunnable(&gate));
+                runnables << kom::smart<GatedRunnable>(new GatedRunnable);
+                runnables.last()->gate = &gate;
                 spawner.setRunnable(runnables.last());
             } else if (step == 'p') {
                 spawner.spawnThread();

@@ -58,12 +58,14 @@ void tst_SignalUtils::logLines_data()
     const QString disconnectFailed = "3|Disconnect Emitter.2ping(int) to Emitter.1onPing(int) failed.";
     row(
         "connect", [](Emitter* a, Emitter* b) { return ko::connect(a, kPing, b, kOnPing); }, true);
-    row("connect, no code digit",
-        [](Emitter* a, Emitter* b) { return ko::connect(a, "ping(int)", b, kOnPing); }, false,
-        { "3|Connect Emitter.ping(int) to Emitter.1onPing(int) failed." });
     // Outside the callers' contract: a null object is shown as "(null)", not read.
-    row("connect, null", [](Emitter*, Emitter* b) { return ko::connect(nullptr, kPing, b, kOnPing); }, false,
-        { "3|Connect (null).2ping(int) to Emitter.1onPing(int) failed." });
+    row("connect, no code digit or null",
+        [](Emitter* a, Emitter* b) {
+            return ko::connect(a, "ping(int)", b, kOnPing) || ko::connect(nullptr, kPing, b, kOnPing);
+        },
+        false,
+        { "3|Connect Emitter.ping(int) to Emitter.1onPing(int) failed.",
+            "3|Connect (null).2ping(int) to Emitter.1onPing(int) failed." });
     row("connect, records",
         [](Emitter* a, Emitter* b) {
             return ko::connect(ko::SignalConnection(a, "2pong()", b, kOnPing))
@@ -77,16 +79,10 @@ void tst_SignalUtils::logLines_data()
         [](Emitter* a, Emitter* b) {
             return ko::disconnect(a, kPing, b, kOnPing)
                 || ko::disconnect(ko::SignalConnection(a, kPing, b, kOnPing))
-                || ko::disconnect(QtSignal(a, kPing), b, kOnPing);
+                || ko::disconnect(QtSignal(a, kPing), b, kOnPing) || ko::disconnect(a, b)
+                || ko::disconnectFrom(QtSignal(a, kPing)) || ko::disconnectTo(QtSlot(b, kOnPing));
         },
         false, { disconnectFailed, disconnectFailed, disconnectFailed });
-    row(
-        "disconnect, wildcards",
-        [](Emitter* a, Emitter* b) {
-            return ko::disconnect(a, b) || ko::disconnectFrom(QtSignal(a, kPing))
-                || ko::disconnectTo(QtSlot(b, kOnPing));
-        },
-        false);
     row(
         "disconnect, connected",
         [](Emitter* a, Emitter* b) {
@@ -100,10 +96,9 @@ void tst_SignalUtils::logLines_data()
             return ko::existsSignal(a, "2destroyed(QObject*)") && ko::existsSignal(a, "2ping( int )");
         },
         true);
-    row("existsSignal, a slot", [](Emitter* a, Emitter*) { return ko::existsSignal(a, kOnPing); }, false,
-        { "2|Signal not found: Emitter::1onPing(int)" });
-    row("existsSignal, null", [](Emitter*, Emitter*) { return ko::existsSignal(nullptr, kPing); }, false,
-        { "2|Signal not found: (null)::2ping(int)" });
+    row("existsSignal, a slot or null",
+        [](Emitter* a, Emitter*) { return ko::existsSignal(a, kOnPing) || ko::existsSignal(nullptr, kPing); },
+        false, { "2|Signal not found: Emitter::1onPing(int)", "2|Signal not found: (null)::2ping(int)" });
     row(
         "invoke",
         [](Emitter* a, Emitter*) {
@@ -112,11 +107,12 @@ void tst_SignalUtils::logLines_data()
                 && QTest::qWaitFor([a]() { return a->last == 6; });
         },
         true);
-    row("invoke, wrong argument",
-        [](Emitter* a, Emitter*) { return ko::invoke(a, "onPing", Qt::AutoConnection, Q_ARG(QString, "x")); },
-        false, { "3|invokeMethod Emitter.onPing failed." });
-    row("invoke, null", [](Emitter*, Emitter*) { return ko::invokeDirect(nullptr, "onPing", Q_ARG(int, 5)); },
-        false, { "3|invokeMethod (null).onPing failed." });
+    row("invoke, wrong argument or null",
+        [](Emitter* a, Emitter*) {
+            return ko::invoke(a, "onPing", Qt::AutoConnection, Q_ARG(QString, "x"))
+                || ko::invokeDirect(nullptr, "onPing", Q_ARG(int, 5));
+        },
+        false, { "3|invokeMethod Emitter.onPing failed.", "3|invokeMethod (null).onPing failed." });
     row(
         "invokeSlot",
         [](Emitter* a, Emitter*) {
@@ -164,8 +160,7 @@ void tst_SignalUtils::slotName()
     const ko::QtSlot slot(this, code.constData());
     const char* first = slot.slotName();
     QCOMPARE(QString::fromLatin1(first), name);
-    if (!name.isEmpty())
-        QCOMPARE(slot.slotName(), first); // the cached text itself
+    QVERIFY(name.isEmpty() || slot.slotName() == first); // the cached text itself
     QCOMPARE(ko::QtSlot(this, nullptr).slotName(), ""); // outside the contract: no name
 }
 
@@ -181,10 +176,6 @@ void tst_SignalUtils::signalConnection()
     QVERIFY(ko::connect(copy));
     delete sender;
     QVERIFY(conn.sender.isNull() && copy.sender.isNull());
-    // Undoing it with the sender gone is a wildcard call: false and silent.
-    LogCapture capture;
-    QVERIFY(!ko::disconnect(copy));
-    QVERIFY(capture.allLines().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_SignalUtils)

@@ -6,42 +6,22 @@
 #include "threads/komQtThreadPool.h"
 #include "threads/komQtWorkerThread.h"
 
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QPointer>
 #include <QSemaphore>
-#include <QThread>
-#include <QTime>
-#include <QTimer>
+#include <QtTest>
 
 #include <atomic>
 #include <functional>
 
-/** Runs an event loop until @p done (asked every @p pollMs) is true or @p timeoutMs pass. */
-inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000, int pollMs = 1)
+/** Processes events until @p done is true or @p timeoutMs pass. */
+inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000)
 {
-    QElapsedTimer clock;
-    clock.start();
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&]() {
-        if (done() || clock.elapsed() > timeoutMs)
-            loop.quit();
-    });
-    poll.start(pollMs);
-    if (!done())
-        loop.exec();
-    return done();
+    return QTest::qWaitFor(done, timeoutMs);
 }
 
 /** A job that records where and how it ran; it may hold at a gate or sleep first. */
 struct RecordingJob : ko::IRunnable
 {
-    explicit RecordingJob(QSemaphore* gate = nullptr, int sleepMs = 0)
-        : mGate(gate)
-        , mSleepMs(sleepMs)
-    {
-    }
     void run(int jobId, QTime& timer) override
     {
         mThread = QThread::currentThread();
@@ -58,8 +38,8 @@ struct RecordingJob : ko::IRunnable
     }
     bool waitStarted() { return mStarted.tryAcquire(1, 10000); }
 
-    QSemaphore* mGate;
-    int mSleepMs;
+    QSemaphore* mGate = nullptr;
+    int mSleepMs = 0;
     QList<int>* mOrder = nullptr;
     QSemaphore mStarted;
     std::atomic<int> mRuns { 0 };
@@ -74,14 +54,11 @@ struct TestPool : ko::komQtThreadPool
 {
     explicit TestPool(const QString& name = QStringLiteral("Test"), int max = 2)
         : komQtThreadPool(name, max)
-    {
-    }
+    { }
     QList<QPointer<ko::komQtWorkerThread>> workers() const
     {
-        QList<QPointer<ko::komQtWorkerThread>> all;
-        for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
-            all << thread;
-        return all;
+        const QList<ko::komQtWorkerThread*> all = mIdleThreads + mBusyThreads;
+        return QList<QPointer<ko::komQtWorkerThread>>(all.begin(), all.end());
     }
     /** Queued and running jobs of every worker, idle or busy. */
     int totalWorkLoad() const
@@ -117,7 +94,9 @@ struct TestPool : ko::komQtThreadPool
 inline kom::smart<RecordingJob> scheduleJob(
     ko::komQtThreadPool& pool, int& id, QSemaphore* gate = nullptr, int sleepMs = 0)
 {
-    kom::smart<RecordingJob> job(new RecordingJob(gate, sleepMs));
+    kom::smart<RecordingJob> job(new RecordingJob);
+    job->mGate = gate;
+    job->mSleepMs = sleepMs;
     id = pool.schedule(job);
     return job;
 }

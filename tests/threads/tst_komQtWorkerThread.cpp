@@ -24,7 +24,8 @@ struct Worker
     }
     kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore* gate = nullptr)
     {
-        kom::smart<RecordingJob> job(new RecordingJob(gate));
+        kom::smart<RecordingJob> job(new RecordingJob);
+        job->mGate = gate;
         job->mOrder = &order;
         thread->schedule(id, job, Priority(priority));
         return job;
