@@ -164,7 +164,8 @@ void tst_CoreStandIn::exceptionCauseCopies()
         QVERIFY(copy.cause() != top.cause());
         CountedException assigned("other", &root);
         assigned = top;
-        assigned = assigned;
+        const auto& self = assigned;
+        assigned = self; // self-assignment keeps everything
         std::unique_ptr<ko::Exception> cloned(top.clone());
         const ko::Exception* copies[] = { &copy, &assigned, cloned.get() };
         for (const ko::Exception* e : copies)

@@ -79,7 +79,8 @@ void tst_komStandIn::smartOwnership()
         QVERIFY(static_cast<Counted*>(derived.get()) == base.get() && derived->value == 42);
         kom::smart<Counted> assigned;
         assigned = base;
-        assigned = assigned;
+        const auto& self = assigned;
+        assigned = self; // self-assignment keeps everything
         QCOMPARE(base.useCount(), 3L);
         derived.reset();
         base.reset();
