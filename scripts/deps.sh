@@ -1,7 +1,7 @@
 # Sourced by the set-up scripts: installs the Debian packages the build needs
 # when they are missing (Debian 12; run as root, or with sudo available).
 COREQT_PACKAGES=(
-    g++ clang cmake ninja-build pkg-config
+    g++ clang libclang-rt-14-dev cmake ninja-build pkg-config
     qtbase5-dev qttools5-dev-tools qttranslations5-l10n tzdata
     libbenchmark-dev libspdlog-dev
 )
