@@ -1,5 +1,6 @@
 #include "platform/core/Enigma.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <vector>
@@ -12,41 +13,49 @@ static_assert(sizeof(unsigned) == 4, "the cipher state is a 32-bit word");
 namespace
 {
 
+unsigned step(unsigned state)
+{
+    return ((state * 1103515245u + 12345u) >> 16) & 0x7fffu;
+}
+
+unsigned char key(unsigned state)
+{
+    return static_cast<unsigned char>((state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24)) & 0xffu);
+}
+
 // Every state is in [0, kStates) after one step.
 constexpr unsigned kStates = 0x8000;
-// Stride of the jump table that shortens walks along the tail of an orbit.
-constexpr unsigned kJump = 32;
+// Marks a state that is not on a cycle.
+constexpr uint16_t kOffCycle = 0xffff;
 // The key stream of a cycle is stored repeated, so that a block can always
 // take at least this many bytes in one run, whatever cycle position it starts at.
 constexpr unsigned kMinKeyRun = 4096;
 
 struct Cycle
 {
-    unsigned first;     // index of its first state in Orbits::cycleStates
+    unsigned first;     // index of its first state in KeyStreams::cycleStates
     unsigned length;    // number of states on the cycle
-    unsigned keyOffset; // index of its key stream in Orbits::keys
+    unsigned keyOffset; // index of its key stream in KeyStreams::keys
     unsigned keyLength; // length of that key stream: a multiple of length, at least kMinKeyRun + length - 1
 };
 
-// The orbit structure of the step over the 15-bit states: each state runs
-// along its tail into one cycle, and the cycles are stored one after another.
-struct Orbits
+// Every state runs into a short cycle of the 15-bit states, after which its key stream repeats:
+// the key streams of the cycles, ready to be combined with the data.
+struct KeyStreams
 {
-    uint16_t tail[kStates];  // steps until the state is on its cycle (0 on the cycle)
-    uint16_t entry[kStates]; // index in cycleStates of the first cycle state it reaches
-    uint16_t jump[kStates];  // the state kJump steps ahead
+    uint16_t position[kStates]; // index in cycleStates of a state on a cycle, else kOffCycle
     std::vector<uint16_t> cycleStates;
     std::vector<uint16_t> cycleOf; // per index of cycleStates: its cycle in cycles
     std::vector<Cycle> cycles;
     std::vector<unsigned char> keys;
 
-    Orbits();
+    KeyStreams();
 };
 
-Orbits::Orbits()
+KeyStreams::KeyStreams()
 {
-    // Find the cycles: walk from every unvisited state; a walk that meets a
-    // state of its own path has found a new cycle.
+    std::fill(position, position + kStates, kOffCycle);
+    // Walk from every unvisited state; a walk that meets a state of its own path has found a new cycle.
     std::vector<uint8_t> mark(kStates, 0); // 0 unvisited, 1 on the current walk, 2 done
     std::vector<unsigned> path;
     for (unsigned start = 0; start < kStates; ++start) {
@@ -55,86 +64,52 @@ Orbits::Orbits()
         while (mark[s] == 0) {
             mark[s] = 1;
             path.push_back(s);
-            s = Enigma::step(s);
+            s = step(s);
         }
         if (mark[s] == 1) {
             Cycle cycle{unsigned(cycleStates.size()), 0, unsigned(keys.size()), 0};
             unsigned c = s;
             do {
-                tail[c] = 0;
-                entry[c] = uint16_t(cycleStates.size());
+                position[c] = uint16_t(cycleStates.size());
                 cycleStates.push_back(uint16_t(c));
                 cycleOf.push_back(uint16_t(cycles.size()));
                 ++cycle.length;
-                c = Enigma::step(c);
+                c = step(c);
             } while (c != s);
             cycle.keyLength = (kMinKeyRun + 2 * cycle.length - 2) / cycle.length * cycle.length;
             for (unsigned i = 0; i < cycle.keyLength; ++i)
-                keys.push_back(Enigma::key(cycleStates[cycle.first + i % cycle.length]));
+                keys.push_back(key(cycleStates[cycle.first + i % cycle.length]));
             cycles.push_back(cycle);
         }
         for (unsigned p : path)
             mark[p] = 2;
     }
-
-    // Tails: a state off its cycle has the tail of its successor plus one.
-    std::vector<bool> known(kStates, false);
-    for (uint16_t c : cycleStates)
-        known[c] = true;
-    for (unsigned start = 0; start < kStates; ++start) {
-        path.clear();
-        unsigned s = start;
-        while (!known[s]) {
-            path.push_back(s);
-            s = Enigma::step(s);
-        }
-        for (auto it = path.rbegin(); it != path.rend(); ++it) {
-            tail[*it] = uint16_t(tail[s] + 1);
-            entry[*it] = entry[s];
-            known[*it] = true;
-            s = *it;
-        }
-    }
-
-    for (unsigned s = 0; s < kStates; ++s) {
-        unsigned ahead = s;
-        for (unsigned i = 0; i < kJump; ++i)
-            ahead = Enigma::step(ahead);
-        jump[s] = uint16_t(ahead);
-    }
 }
 
-const Orbits& orbits()
+const KeyStreams& keyStreams()
 {
     // Built on first use (thread-safe) and never destroyed, so it serves until the process ends.
-    static const Orbits* const table = new Orbits;
+    static const KeyStreams* const table = new KeyStreams;
     return *table;
 }
 
-// Sixteen bytes that the compiler keeps in one vector register where the target has them.
-typedef unsigned char Block __attribute__((vector_size(16)));
+// Sixty-four bytes, which the compiler keeps in as many vector registers as the target needs.
+typedef unsigned char Block __attribute__((vector_size(64)));
 
-inline void xor16(const unsigned char* src, const unsigned char* keys, unsigned char* dst)
-{
-    Block data;
-    Block key;
-    std::memcpy(&data, src, 16);
-    std::memcpy(&key, keys, 16);
-    data ^= key;
-    std::memcpy(dst, &data, 16);
-}
-
+// Combines @p length bytes of @p src with @p keys into @p dst (which may be @p src). Built for
+// AVX2 and for the baseline; the loader picks the one the processor runs.
+__attribute__((target_clones("avx2", "default")))
 void xorBlock(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length)
 {
     unsigned i = 0;
-    for (; i + 64 <= length; i += 64) {
-        xor16(src + i, keys + i, dst + i);
-        xor16(src + i + 16, keys + i + 16, dst + i + 16);
-        xor16(src + i + 32, keys + i + 32, dst + i + 32);
-        xor16(src + i + 48, keys + i + 48, dst + i + 48);
+    for (; i + sizeof(Block) <= length; i += sizeof(Block)) {
+        Block data;
+        Block key;
+        std::memcpy(&data, src + i, sizeof(Block));
+        std::memcpy(&key, keys + i, sizeof(Block));
+        data ^= key;
+        std::memcpy(dst + i, &data, sizeof(Block));
     }
-    for (; i + 16 <= length; i += 16)
-        xor16(src + i, keys + i, dst + i);
     for (; i < length; ++i)
         dst[i] = src[i] ^ keys[i];
 }
@@ -143,20 +118,20 @@ void xorBlock(const unsigned char* src, const unsigned char* keys, unsigned char
 // returns the state after them; @p src and @p dst may be the same buffer.
 unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length, unsigned state)
 {
-    const Orbits& o = orbits();
+    const KeyStreams& k = keyStreams();
     unsigned i = 0;
     // Off the cycle (a seed above 15 bits, or a state on its way in): byte by byte.
-    while (i < length && (state >= kStates || o.tail[state] != 0)) {
-        dst[i] = src[i] ^ Enigma::key(state);
-        state = Enigma::step(state);
+    while (i < length && (state >= kStates || k.position[state] == kOffCycle)) {
+        dst[i] = src[i] ^ key(state);
+        state = step(state);
         ++i;
     }
     if (i == length)
         return state;
 
-    const unsigned position = o.entry[state];
-    const Cycle& cycle = o.cycles[o.cycleOf[position]];
-    const unsigned char* keys = o.keys.data() + cycle.keyOffset;
+    const unsigned position = k.position[state];
+    const Cycle& cycle = k.cycles[k.cycleOf[position]];
+    const unsigned char* keys = k.keys.data() + cycle.keyOffset;
     unsigned offset = position - cycle.first;
     while (i < length) {
         const unsigned run = length - i < cycle.keyLength - offset ? length - i : cycle.keyLength - offset;
@@ -164,7 +139,7 @@ unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length
         i += run;
         offset = (offset + run) % cycle.length;
     }
-    return o.cycleStates[cycle.first + offset];
+    return k.cycleStates[cycle.first + offset];
 }
 
 } // namespace
@@ -177,28 +152,6 @@ Enigma::Enigma(const Random& random)
 }
 
 Enigma::~Enigma() = default;
-
-unsigned Enigma::advance(unsigned state, unsigned long long steps)
-{
-    if (steps == 0)
-        return state;
-    const Orbits& o = orbits();
-    unsigned s = step(state);
-    --steps;
-    const unsigned tail = o.tail[s];
-    if (steps >= tail) {
-        const unsigned position = o.entry[s];
-        const Cycle& cycle = o.cycles[o.cycleOf[position]];
-        const unsigned offset = position - cycle.first;
-        return o.cycleStates[cycle.first + (offset + (steps - tail) % cycle.length) % cycle.length];
-    }
-    // Fewer steps than the tail is long (under a thousand): jump, then step.
-    for (; steps >= kJump; steps -= kJump)
-        s = o.jump[s];
-    for (; steps > 0; --steps)
-        s = step(s);
-    return s;
-}
 
 int Enigma::encode(const unsigned char* src, unsigned srcLen, unsigned char* dst, unsigned dstLen,
                    unsigned& state) const

@@ -16,11 +16,6 @@ namespace ko
  * A byte is transformed with the state it meets, before the step:
  * `out = in ^ key(state)`, `key(s) = (s ^ (s >> 8) ^ (s >> 16) ^ (s >> 24)) & 0xff`.
  * Enciphering and deciphering are therefore the same operation.
- *
- * After one step every state lies in the 15-bit range, so every orbit runs
- * into a short cycle; tables of those cycles, built once per process, make
- * advance() constant-time and let encode()/decode() take the key stream from
- * precomputed arrays, with the same output as the byte-by-byte definition.
  */
 class CORE_EXPORT Enigma
 {
@@ -38,19 +33,6 @@ public:
     unsigned& state() { return mState; }
     /** The current state. */
     unsigned state() const { return mState; }
-
-    /** One step of the generator. */
-    static unsigned step(unsigned state)
-    {
-        return ((state * 1103515245u + 12345u) >> 16) & 0x7fffu;
-    }
-    /** The state @p steps steps after @p state, in constant time: the same as calling step() that often. */
-    static unsigned advance(unsigned state, unsigned long long steps);
-    /** The key byte that a byte met at @p state is combined with. */
-    static unsigned char key(unsigned state)
-    {
-        return static_cast<unsigned char>((state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24)) & 0xffu);
-    }
 
     /**
      * Enciphers @p srcLen bytes into @p dst (which may be @p src), advancing @p state once per byte.

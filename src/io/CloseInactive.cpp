@@ -8,7 +8,7 @@ CloseInactive::CloseInactive(QObject* parent)
     , mDeleteDevice(false)
 {
     setSingleShot(true);
-    QObject::connect(this, "2timeout()", this, "1onTimeout()");
+    QObject::connect(this, &QTimer::timeout, this, &CloseInactive::onTimeout);
 }
 
 CloseInactive::CloseInactive(QIODevice* device, int msec, bool deleteDevice, QObject* parent)
@@ -25,9 +25,11 @@ void CloseInactive::setDevice(QIODevice* device)
         mDevice = device;
     if (!device)
         return;
-    QObject::connect(device, "2readyRead()", this, "1start()");
-    QObject::connect(device, "2bytesWritten(qint64)", this, "1start()");
-    QObject::connect(device, "2aboutToClose()", this, "1start()");
+    // start() on a running timer restarts the countdown from the full interval.
+    const auto restartCountdown = qOverload<>(&QTimer::start);
+    QObject::connect(device, &QIODevice::readyRead, this, restartCountdown);
+    QObject::connect(device, &QIODevice::bytesWritten, this, restartCountdown);
+    QObject::connect(device, &QIODevice::aboutToClose, this, restartCountdown);
 }
 
 void CloseInactive::restart(QIODevice* device, int msec, bool deleteDevice)

@@ -1,14 +1,13 @@
 #include "io/FileEncrypt.h"
 
+#include "io/CipherSteps_p.h"
 #include "platform/core/Enigma.h"
 
 #include <QtEndian>
 
+#include <algorithm>
 #include <cstring>
-#include <limits>
 #include <vector>
-
-#include <unistd.h>
 
 namespace ko
 {
@@ -20,27 +19,65 @@ constexpr qint64 kHeaderSize = 8;
 constexpr signed char kVersion = 1;
 constexpr signed char kMinimumVersion = 1;
 // The cipher takes fewer than 2^31 bytes per call: reads and writes pass it pieces of at most
-// this size, which also keeps the write buffer small.
+// this size, which also bounds the write buffer.
 constexpr qint64 kMaxPiece = qint64(1) << 20;
-// QFile's write buffer size: the kernel gets blocks of this size at multiples of it (see writeAligned()).
-constexpr qint64 kWriteBlock = 16384;
-
-// Whether a reader of version @p version that needs files of at least @p minimum
-// can read a file written by @p fileVersion that needs readers of at least @p fileMinimum.
-bool canRead(signed char version, signed char minimum, signed char fileVersion, signed char fileMinimum)
-{
-    if (version < fileVersion)
-        return version >= fileMinimum;
-    return fileVersion >= minimum;
-}
 
 } // namespace
+
+// Where the file and the cipher are, in terms of the device position pos() that QIODevice keeps.
+// Reads that QIODevice buffers ahead, peek() on an unbuffered device and line reads move the file
+// without moving pos() along; a seek to pos() then finds the file elsewhere.
+struct FileEncrypt::Private
+{
+    // The device position at which the file's offset is rawPos and the cipher has made `steps` steps.
+    qint64 at = 0;
+    qint64 rawPos = 0;
+    qint64 steps = 0;
+    // Append mode: the logical position of the file's end, where the next write lands.
+    qint64 appendSteps = 0;
+    // Set while QIODevice's read-ahead is read out and thrown away.
+    bool dropping = false;
+    // Enciphered bytes on their way to the file, kept from one write to the next.
+    std::vector<unsigned char> buffer;
+};
+
+FileEncrypt::Header::Header(const QByteArray& bytes)
+    : mBytes{}
+    , mLength(int(qMin<qint64>(bytes.size(), kHeaderSize)))
+{
+    std::memcpy(mBytes, bytes.constData(), size_t(mLength));
+}
+
+quint16 FileEncrypt::Header::reserved() const
+{
+    return qFromLittleEndian<quint16>(mBytes + 2);
+}
+
+quint32 FileEncrypt::Header::seed() const
+{
+    return qFromLittleEndian<quint32>(mBytes + 4);
+}
+
+bool FileEncrypt::Header::isReadableBy(qint8 version, qint8 minimum) const
+{
+    // A newer file needs a reader at least as new as its minimum; an older one, a file at least
+    // as new as the reader's minimum.
+    if (version < this->version())
+        return version >= minimumVersion();
+    return this->version() >= minimum;
+}
+
+bool FileEncrypt::Header::isReadable() const
+{
+    return isReadableBy(kVersion, kMinimumVersion);
+}
 
 FileEncrypt::FileEncrypt(QObject* parent)
     : QFile(parent)
     , mVersion{kVersion, kMinimumVersion, 0, 0}
     , mSeed(0)
     , mCompatible(true)
+    , mPrivate(new Private)
 {
 }
 
@@ -49,6 +86,7 @@ FileEncrypt::FileEncrypt(const QString& name, QObject* parent)
     , mVersion{kVersion, kMinimumVersion, 0, 0}
     , mSeed(0)
     , mCompatible(true)
+    , mPrivate(new Private)
 {
 }
 
@@ -59,41 +97,80 @@ bool FileEncrypt::open(OpenMode mode)
 {
     if (mEnigma)
         return false;
+    *mPrivate = Private();
     if (!QFile::open(mode))
         return false;
     mCompatible = true;
+    // QIODevice starts an appending device at the file's end, the file itself stays at 0.
+    const qint64 rawSize = QFile::size();
+    mPrivate->at = pos();
 
-    if (!(mode & Truncate) && QFile::size() > 0) {
-        char header[kHeaderSize] = {};
-        const qint64 n = QFile::readData(header, kHeaderSize);
-        if (n == -1) {
-            QFile::close();
+    if (!(mode & Truncate) && rawSize > 0) {
+        QByteArray bytes;
+        if (!readHeader(bytes))
             return false;
-        }
-        // A header cut short carries no usable seed: it is refused like a newer one, and the
-        // file is left as it is rather than continued with a cipher nobody could reproduce.
-        if (n < kHeaderSize
-            || !canRead(mVersion[0], mVersion[1], static_cast<signed char>(header[0]),
-                        static_cast<signed char>(header[1]))) {
+        const Header header(bytes);
+        if (!header.isReadableBy(mVersion[0], mVersion[1])) {
             QFile::close();
             mCompatible = false;
             Q_EMIT incompatible();
             return false;
         }
-        std::memcpy(mVersion, header, 4);
-        mSeed = qFromLittleEndian<quint32>(header + 4);
+        // A file shorter than the header opens with the zero-filled rest, whatever seed that gives.
+        std::memcpy(mVersion, bytes.leftJustified(4, '\0').constData(), 4);
+        mSeed = header.seed();
         mEnigma.reset(new Enigma(Random(mSeed, 0)));
+        mPrivate->rawPos = (mode & Append) ? 0 : bytes.size();
+        // Appended bytes continue the cipher where the data ends.
+        mPrivate->appendSteps = qMax<qint64>(0, rawSize - kHeaderSize);
+    } else if (mode & WriteOnly) {
+        writeHeader();
     }
-
-    if (!mEnigma && (mode & WriteOnly)) {
-        mEnigma.reset(new Enigma(Random(0, 0)));
-        mSeed = mEnigma->seed();
-        char header[kHeaderSize];
-        std::memcpy(header, mVersion, 4);
-        qToLittleEndian<quint32>(mSeed, header + 4);
-        QFile::writeData(header, kHeaderSize);
+    if ((mode & Append) && rawSize > 0) {
+        // Put the file where QIODevice says the device is: at its end.
+        QFile::seek(rawSize);
+        mPrivate->at = mPrivate->rawPos = mPrivate->steps = rawSize;
+        setSteps(rawSize);
     }
     return true;
+}
+
+bool FileEncrypt::readHeader(QByteArray& bytes)
+{
+    if (!(openMode() & Append)) {
+        // Bypassing the cipher and QIODevice: the data then starts behind the header.
+        char header[kHeaderSize];
+        const qint64 n = QFile::readData(header, kHeaderSize);
+        if (n >= 0) {
+            bytes = QByteArray(header, int(n));
+            return true;
+        }
+        QFile::close();
+        return false;
+    }
+    // An appending device may not be readable, and its position belongs to the file's end: the
+    // header comes through a handle of its own.
+    QFile other(fileName());
+    if (other.open(QIODevice::ReadOnly)) {
+        bytes = other.read(kHeaderSize);
+        if (other.error() == QFile::NoError)
+            return true;
+    }
+    QFile::close();
+    setErrorString(tr("Cannot read the header of the enciphered file to append to it: %1").arg(other.errorString()));
+    return false;
+}
+
+void FileEncrypt::writeHeader()
+{
+    mEnigma.reset(new Enigma(Random(0, 0)));
+    mSeed = mEnigma->seed();
+    char header[kHeaderSize];
+    std::memcpy(header, mVersion, 4);
+    qToLittleEndian<quint32>(mSeed, header + 4);
+    // Bypassing the cipher and QIODevice: the data then starts behind the header.
+    const qint64 n = QFile::writeData(header, kHeaderSize);
+    mPrivate->rawPos = qMax<qint64>(0, n);
 }
 
 void FileEncrypt::close()
@@ -104,25 +181,71 @@ void FileEncrypt::close()
 
 qint64 FileEncrypt::size() const
 {
-    // A file cut below its header while open (outside the contract) reports 0, not a negative length.
+    // A file cut below its header (outside the contract) reports 0, not a negative length.
     return mEnigma ? qMax<qint64>(0, QFile::size() - kHeaderSize) : QFile::size();
+}
+
+void FileEncrypt::setSteps(qint64 steps)
+{
+    mPrivate->steps = steps;
+    if (mEnigma)
+        mEnigma->state() = cipher::advance(mEnigma->initialState(), static_cast<unsigned long long>(steps));
+}
+
+void FileEncrypt::dropReadAhead()
+{
+    // What QIODevice has buffered beyond pos() was read for the file's old place. Reading it out
+    // empties the buffer; the reads below never reach the file.
+    if ((openMode() & Unbuffered) || mPrivate->at <= pos())
+        return;
+    mPrivate->dropping = true;
+    char scrap[4096];
+    while (pos() < mPrivate->at && read(scrap, qMin<qint64>(sizeof scrap, mPrivate->at - pos())) > 0) {
+    }
+    mPrivate->dropping = false;
+}
+
+bool FileEncrypt::moveTo(qint64 pos, qint64 rawPos, qint64 steps)
+{
+    dropReadAhead();
+    if (!QFile::seek(rawPos))
+        return false;
+    // QFile moved the file and pos() to rawPos; pos() goes back where the caller wants it.
+    if (pos != rawPos)
+        QIODevice::seek(pos);
+    mPrivate->at = pos;
+    mPrivate->rawPos = rawPos;
+    setSteps(steps);
+    return true;
 }
 
 bool FileEncrypt::seek(qint64 pos)
 {
-    if (this->pos() == pos)
+    if (mPrivate->dropping)
         return true;
-    // A negative position is outside the contract: QFile refuses it and the cipher stays where it is.
-    if (mEnigma && pos >= 0) {
-        mEnigma->state() = Enigma::advance(mEnigma->initialState(), static_cast<unsigned long long>(pos));
-        // QIODevice keeps read-ahead across a short forward seek, but those bytes were deciphered
-        // for the old position: moving far away and back makes it drop them.
-        const qint64 current = this->pos();
-        QIODevice::seek(std::numeric_limits<qint64>::max());
-        QIODevice::seek(current);
+    const qint64 from = this->pos();
+    const qint64 behind = mPrivate->at - from;
+    if (from == pos) {
+        // QIODevice puts a device back to pos() this way after it read ahead of it: the file and
+        // the cipher return there. Otherwise a seek to the current position changes nothing.
+        return behind == 0 || pos < 0 || moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
     }
+    // A negative position is outside the contract: QFile refuses it and the cipher stays where it is.
+    if (pos < 0)
+        return QFile::seek(pos);
+    // Read-ahead stays valid where the file already sat at raw offset pos() with as many steps made.
+    if (mPrivate->rawPos != mPrivate->at || mPrivate->steps != mPrivate->at)
+        dropReadAhead();
     // The header is not added to the offset: the file moves to raw offset pos. Kept, callers rely on it.
-    return QFile::seek(pos);
+    if (!QFile::seek(pos)) {
+        // Refused (a failed flush, an offset the file system cannot hold): back where it was.
+        if (this->pos() != from)
+            moveTo(from, mPrivate->rawPos - behind, mPrivate->steps - behind);
+        return false;
+    }
+    mPrivate->at = mPrivate->rawPos = pos;
+    setSteps(pos);
+    return true;
 }
 
 bool FileEncrypt::resize(qint64)
@@ -142,17 +265,22 @@ bool FileEncrypt::isCompatible() const
 
 qint64 FileEncrypt::readData(char* data, qint64 maxSize)
 {
-    if (!mEnigma)
-        return QFile::readData(data, maxSize);
+    if (mPrivate->dropping)
+        return 0;
     qint64 total = 0;
     while (total < maxSize) {
         const qint64 piece = qMin(maxSize - total, kMaxPiece);
         const qint64 n = QFile::readData(data + total, piece);
         if (n <= 0)
             return total > 0 ? total : n;
-        auto* bytes = reinterpret_cast<unsigned char*>(data + total);
-        if (mEnigma->decode(bytes, unsigned(n), bytes, unsigned(n), mEnigma->state()) < 0)
-            return -1;
+        if (mEnigma) {
+            auto* bytes = reinterpret_cast<unsigned char*>(data + total);
+            if (mEnigma->decode(bytes, unsigned(n), bytes, unsigned(n), mEnigma->state()) < 0)
+                return -1;
+        }
+        mPrivate->at += n;
+        mPrivate->rawPos += n;
+        mPrivate->steps += n;
         total += n;
         if (n < piece)
             break;
@@ -168,11 +296,13 @@ qint64 FileEncrypt::readLineData(char* data, qint64 maxSize)
     qint64 n = 0;
     while (n < maxSize) {
         const qint64 r = QFile::readData(data + n, 1);
-        if (r < 0)
-            return n > 0 ? n : -1;
-        if (r == 0 || data[n++] == '\n')
+        if (r < 0 && n == 0)
+            return -1;
+        if (r <= 0 || data[n++] == '\n')
             break;
     }
+    mPrivate->at += n;
+    mPrivate->rawPos += n;
     return n;
 }
 
@@ -181,51 +311,40 @@ qint64 FileEncrypt::writeData(const char* data, qint64 size)
     if (!mEnigma)
         return QFile::writeData(data, size);
 
-    // Enciphered in pieces, each through a zero-filled buffer; a piece the cipher refuses is not written.
-    std::vector<char> buffer(size_t(qBound<qint64>(0, size, kMaxPiece)), '\0');
+    // Appending writes at the file's end whatever pos() says, so the cipher starts from there.
+    const bool append = openMode() & Append;
+    unsigned state = append ? cipher::advance(mEnigma->initialState(), quint64(mPrivate->appendSteps))
+                            : mEnigma->state();
+    std::vector<unsigned char>& buffer = mPrivate->buffer;
+    buffer.resize(size_t(qBound<qint64>(buffer.size(), size, kMaxPiece)));
     qint64 written = 0;
     do {
         const qint64 piece = qMin(size - written, kMaxPiece);
         const int r = mEnigma->encode(reinterpret_cast<const unsigned char*>(data + written), unsigned(piece),
-                                      reinterpret_cast<unsigned char*>(buffer.data()), unsigned(piece),
-                                      mEnigma->state());
+                                      buffer.data(), unsigned(piece), state);
+        // A piece the cipher refuses is not written.
         if (r < 1)
-            return written > 0 ? written : -1;
-        const qint64 w = writeAligned(buffer.data(), piece);
+            break;
+        // The whole piece goes out: what the cipher did not produce stays zero.
+        std::fill(buffer.begin() + std::min<qint64>(r, piece), buffer.begin() + piece, 0);
+        const qint64 w = QFile::writeData(reinterpret_cast<const char*>(buffer.data()), piece);
         if (w > 0)
             written += w;
-        if (w < piece)
-            return written > 0 ? written : -1;
-    } while (written < size);
-    return written;
-}
-
-qint64 FileEncrypt::writeAligned(const char* data, qint64 size)
-{
-    // The header shifts the data off the file's block boundaries. Cut at those boundaries, a write
-    // reaches the kernel as whole aligned blocks through QFile's write buffer; that keeps the file
-    // in large page-cache pages, which makes reading it back much faster.
-    qint64 parts[3] = {size, 0, 0};
-    const qint64 kernelPos = (openMode() & Unbuffered) ? -1 : ::lseek(handle(), 0, SEEK_CUR);
-    if (kernelPos >= 0) {
-        const qint64 head = (kWriteBlock - (kernelPos + bytesToWrite()) % kWriteBlock) % kWriteBlock;
-        if (head < size) {
-            parts[0] = head;
-            parts[1] = (size - head) / kWriteBlock * kWriteBlock;
-            parts[2] = size - head - parts[1];
+        if (w < piece) {
+            state = cipher::advance(mEnigma->initialState(), quint64((append ? mPrivate->appendSteps : mPrivate->steps) + written));
+            break;
         }
+    } while (written < size);
+
+    mPrivate->at += written;
+    mPrivate->rawPos += written;
+    if (append) {
+        mPrivate->appendSteps += written;
+    } else {
+        mPrivate->steps += written;
+        mEnigma->state() = state;
     }
-    qint64 written = 0;
-    for (qint64 part : parts) {
-        if (part == 0)
-            continue;
-        const qint64 w = QFile::writeData(data + written, part);
-        if (w > 0)
-            written += w;
-        if (w < part)
-            return written > 0 ? written : w;
-    }
-    return written;
+    return written > 0 ? written : -1;
 }
 
 } // namespace ko

@@ -3,6 +3,7 @@
 
 #include "coreqt_export.h"
 
+#include <QByteArray>
 #include <QFile>
 
 #include <memory>
@@ -21,6 +22,37 @@ class COREQT_EXPORT FileEncrypt : public QFile
     Q_OBJECT
 
 public:
+    /** The 8-byte plain header in front of an enciphered file's data, as open() reads it. */
+    class COREQT_EXPORT Header
+    {
+    public:
+        /**
+         * The header in the first bytes of a file, @p bytes (beyond 8 ignored). Bytes a short file
+         * lacks read as zero, as they do for open().
+         */
+        explicit Header(const QByteArray& bytes = QByteArray());
+
+        /** How many of the 8 header bytes the file has: fewer than 8 for a file shorter than the header. */
+        int length() const { return mLength; }
+        /** The format version of the writer. */
+        qint8 version() const { return qint8(mBytes[0]); }
+        /** The oldest reader version that can read the file. */
+        qint8 minimumVersion() const { return qint8(mBytes[1]); }
+        /** The two reserved bytes as a little-endian number; they carry no meaning. */
+        quint16 reserved() const;
+        /** The cipher seed. */
+        quint32 seed() const;
+
+        /** Whether a reader of version @p version that needs files of at least @p minimum reads this file. */
+        bool isReadableBy(qint8 version, qint8 minimum) const;
+        /** Whether this library's FileEncrypt reads the file: the version check open() makes on a new device. */
+        bool isReadable() const;
+
+    private:
+        char mBytes[8];
+        int mLength;
+    };
+
     /** Creates a device without a file name. */
     explicit FileEncrypt(QObject* parent = nullptr);
     /** Creates a device for the file @p name. */
@@ -58,13 +90,20 @@ protected:
 
 private:
     Q_DISABLE_COPY(FileEncrypt)
+    struct Private;
 
-    qint64 writeAligned(const char* data, qint64 size);
+    bool readHeader(QByteArray& bytes);
+    void writeHeader();
+    void startCipher(qint64 rawPos, qint64 steps);
+    void setSteps(qint64 steps);
+    bool moveTo(qint64 pos, qint64 rawPos, qint64 steps);
+    void dropReadAhead();
 
     std::unique_ptr<Enigma> mEnigma;
     signed char mVersion[4]; // version, minimum version, two reserved bytes
     quint32 mSeed;
     bool mCompatible;
+    std::unique_ptr<Private> mPrivate;
 };
 
 } // namespace ko

@@ -45,6 +45,8 @@ class tst_DeviceGuards : public QObject
 
 private Q_SLOTS:
     void trafficKeepsDeviceOpen();
+    void eachSignalRestarts_data();
+    void eachSignalRestarts();
     void timeout_data();
     void timeout();
     void deviceDeletedElsewhere();
@@ -69,6 +71,42 @@ void tst_DeviceGuards::trafficKeepsDeviceOpen()
     quiet.start();
     QTRY_VERIFY_WITH_TIMEOUT(!buffer.isOpen(), 10000);
     QVERIFY(quiet.elapsed() >= 1500); // closed about one interval after the traffic stopped
+}
+
+void tst_DeviceGuards::eachSignalRestarts_data()
+{
+    QTest::addColumn<QString>("signal");
+    QTest::addColumn<bool>("earlierDevice");
+    for (const char* signal : { "readyRead", "bytesWritten", "aboutToClose" }) {
+        QTest::addRow("%s", signal) << QString::fromLatin1(signal) << false;
+        QTest::addRow("%s of an earlier device", signal) << QString::fromLatin1(signal) << true;
+    }
+}
+
+// Each of the device's three signals restarts the countdown from the full interval, also for a
+// device watched before the current one.
+void tst_DeviceGuards::eachSignalRestarts()
+{
+    QFETCH(QString, signal);
+    QFETCH(bool, earlierDevice);
+    QBuffer device;
+    QBuffer current;
+    QVERIFY(device.open(QIODevice::ReadWrite));
+    QVERIFY(current.open(QIODevice::ReadWrite));
+    ko::CloseInactive guard;
+    guard.setTimerType(Qt::PreciseTimer); // remainingTime() to the millisecond
+    guard.restart(&device, 100000);
+    if (earlierDevice)
+        guard.setDevice(&current);
+    QTRY_VERIFY(guard.remainingTime() < 99990);
+    if (signal == QLatin1String("readyRead"))
+        Q_EMIT device.readyRead();
+    else if (signal == QLatin1String("bytesWritten"))
+        Q_EMIT device.bytesWritten(1);
+    else
+        Q_EMIT device.aboutToClose();
+    QVERIFY(guard.remainingTime() >= 99990);
+    QCOMPARE(guard.device(), earlierDevice ? &current : &device);
 }
 
 void tst_DeviceGuards::timeout_data()

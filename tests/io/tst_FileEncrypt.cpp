@@ -1,3 +1,4 @@
+#include "io/CipherSteps_p.h"
 #include "io/FileEncrypt.h"
 #include "platform/core/Enigma.h"
 
@@ -7,6 +8,8 @@
 #include <QtTest>
 
 #include <random>
+
+#include <unistd.h>
 
 namespace
 {
@@ -21,12 +24,17 @@ QByteArray randomBytes(int length, quint32 seed)
 }
 
 // What reading @p length bytes from raw offset @p pos must give when the cipher has made
-// @p steps steps there: each raw byte combined with the key of the state it meets.
+// @p steps steps there: each raw byte deciphered on its own with the state it meets.
 QByteArray oracle(const QByteArray& raw, quint32 seed, qint64 pos, qint64 steps, qint64 length)
 {
+    const ko::Enigma engine { ko::Random(seed) };
     QByteArray out;
-    for (qint64 i = 0; i < qMin<qint64>(raw.size() - pos, length); ++i)
-        out.append(char(raw[int(pos + i)] ^ ko::Enigma::key(ko::Enigma::advance(seed, quint64(steps + i)))));
+    for (qint64 i = 0; i < qMin<qint64>(raw.size() - pos, length); ++i) {
+        unsigned state = ko::cipher::advance(seed, quint64(steps + i));
+        unsigned char byte = static_cast<unsigned char>(raw[int(pos + i)]);
+        engine.decode(&byte, 1, &byte, 1, state);
+        out.append(char(byte));
+    }
     return out;
 }
 
@@ -71,6 +79,13 @@ private Q_SLOTS:
     void seekAgainstRawOracle();
     void headerCheck_data();
     void headerCheck();
+    void append_data();
+    void append();
+    void appendRefusedWithoutReadableHeader();
+    void readAhead_data();
+    void readAhead();
+    void writeAfterRead_data();
+    void writeAfterRead();
     void truncateWritesNewHeaderFromLastOpened();
     void openFailures_data();
     void openFailures();
@@ -184,32 +199,51 @@ void tst_FileEncrypt::seekAgainstRawOracle()
 
 void tst_FileEncrypt::headerCheck_data()
 {
-    // The reader is version 1 with minimum version 1; files carry seed 42 and, with a full header, 20 bytes.
-    // An empty file opened read-only stays a plain device without a seed.
+    // The reader is version 1 with minimum version 1; a full header carries seed 42 and is followed by
+    // 20 bytes. A file shorter than the header opens with the zero-filled rest; where that leaves
+    // the seed 0 (expected seed 0 here) the cipher picks its own. An empty file opened read-only
+    // stays a plain device without a seed.
     QTest::addColumn<QByteArray>("header");
     QTest::addColumn<bool>("opens");
+    QTest::addColumn<uint>("seed");
+    QTest::addColumn<uint>("reserved");
     const auto full = [](char version, char minimum) {
         return QByteArray(1, version) + QByteArray(1, minimum) + QByteArray("\0\0\x2a\0\0\0", 6);
     };
-    QTest::newRow("empty file") << QByteArray() << true;
-    QTest::newRow("same") << full(1, 1) << true;
-    QTest::newRow("same, odd minimum") << full(1, 5) << true;
-    QTest::newRow("newer, readable") << full(2, 1) << true;
-    QTest::newRow("newest, readable") << full(127, 0) << true;
-    QTest::newRow("newer minimum") << full(2, 2) << false;
-    QTest::newRow("older than our minimum") << full(0, 0) << false;
-    QTest::newRow("negative") << full(-1, 0) << false;
-    for (int length = 1; length < 8; ++length)
-        QTest::addRow("cut to %d bytes", length) << full(1, 1).left(length) << false;
+    QTest::newRow("empty file") << QByteArray() << true << 0u << 0u;
+    QTest::newRow("same") << full(1, 1) << true << 42u << 0u;
+    QTest::newRow("same, odd minimum") << full(1, 5) << true << 42u << 0u;
+    QTest::newRow("newer, readable") << full(2, 1) << true << 42u << 0u;
+    QTest::newRow("newest, readable") << full(127, 0) << true << 42u << 0u;
+    QTest::newRow("reserved bytes") << QByteArray("\x01\x01\xab\xcd\x2a\0\0\0", 8) << true << 42u << 0xcdabu;
+    QTest::newRow("newer minimum") << full(2, 2) << false << 42u << 0u;
+    QTest::newRow("older than our minimum") << full(0, 0) << false << 42u << 0u;
+    QTest::newRow("negative") << full(-1, 0) << false << 42u << 0u;
+    QTest::newRow("1 byte, version 1") << QByteArray("\x01", 1) << true << 0u << 0u;
+    QTest::newRow("1 byte, version 0") << QByteArray("\0", 1) << false << 0u << 0u;
+    QTest::newRow("1 byte, version 2") << QByteArray("\x02", 1) << true << 0u << 0u;
+    QTest::newRow("4 bytes 01 01 00 00") << QByteArray("\x01\x01\0\0", 4) << true << 0u << 0u;
+    QTest::newRow("5 bytes") << full(1, 1).left(5) << true << 42u << 0u;
+    QTest::newRow("7 bytes, seed cut") << QByteArray("\x01\x01\0\0\x2a\x01\x02", 7) << true << 0x2012au << 0u;
+    QTest::newRow("7 bytes, newer minimum") << full(2, 2).left(7) << false << 42u << 0u;
 }
 
 void tst_FileEncrypt::headerCheck()
 {
     QFETCH(QByteArray, header);
     QFETCH(bool, opens);
+    QFETCH(uint, seed);
+    QFETCH(uint, reserved);
     const QString name = path(QStringLiteral("v.bin"));
     const QByteArray bytes = header.size() == 8 ? header + randomBytes(20, 6) : header;
     writeFile(name, bytes);
+
+    const ko::FileEncrypt::Header read(bytes);
+    QCOMPARE(read.length(), header.size());
+    QCOMPARE(read.seed(), seed);
+    QCOMPARE(read.reserved(), quint16(reserved));
+    if (!bytes.isEmpty())
+        QCOMPARE(read.isReadable(), opens); // the same check open() makes on a new device
 
     ko::FileEncrypt file(name);
     QSignalSpy spy(&file, &ko::FileEncrypt::incompatible);
@@ -218,12 +252,161 @@ void tst_FileEncrypt::headerCheck()
     QCOMPARE(file.isOpen(), opens);
     QCOMPARE(spy.count(), opens ? 0 : 1);
     if (opens) {
-        QCOMPARE(file.seed(), bytes.isEmpty() ? 0u : 42u);
+        if (bytes.isEmpty())
+            QCOMPARE(file.seed(), 0u);
+        else if (seed == 0)
+            QVERIFY(file.seed() != 0);
+        else
+            QCOMPARE(file.seed(), seed);
         QCOMPARE(file.size(), qint64(qMax(0, bytes.size() - 8)));
-        QCOMPARE(file.readAll(), oracle(bytes, 42, 8, 0, 20));
+        QCOMPARE(file.readAll(), oracle(bytes, seed, 8, 0, 20));
         file.close();
+        // The version bytes read (zero-filled) become the device's own, written into the next header.
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.close();
+        const QByteArray versions = bytes.isEmpty() ? QByteArray("\x01\x01\0\0", 4) : bytes.leftJustified(4, '\0', true);
+        QCOMPARE(readFile(name).left(4), versions);
+    } else {
+        QCOMPARE(readFile(name), bytes); // left as it was
     }
-    QCOMPARE(readFile(name), bytes); // nothing lost either way
+}
+
+void tst_FileEncrypt::append_data()
+{
+    QTest::addColumn<int>("existing");
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<qint64>("seekFirst");
+    const int readWrite = QIODevice::ReadWrite | QIODevice::Append;
+    const int writeOnly = QIODevice::WriteOnly | QIODevice::Append;
+    for (int existing : { 0, 3, 70000 }) {
+        QTest::addRow("%d bytes, read-write", existing) << existing << readWrite << qint64(-1);
+        QTest::addRow("%d bytes, read-write unbuffered", existing) << existing << (readWrite | QIODevice::Unbuffered)
+                                                                 << qint64(-1);
+        QTest::addRow("%d bytes, write-only", existing) << existing << writeOnly << qint64(-1);
+        QTest::addRow("%d bytes, write-only unbuffered", existing) << existing << (writeOnly | QIODevice::Unbuffered)
+                                                                 << qint64(-1);
+    }
+    // Appending writes go to the end, with the cipher of the end, wherever the device was moved.
+    QTest::newRow("after a seek to 1") << 3 << readWrite << qint64(1);
+    QTest::newRow("after a seek into the data") << 70000 << readWrite << qint64(30000);
+}
+
+void tst_FileEncrypt::append()
+{
+    QFETCH(int, existing);
+    QFETCH(int, mode);
+    QFETCH(qint64, seekFirst);
+    const QString name = path(QStringLiteral("append.bin"));
+    const QByteArray first = randomBytes(existing, 3);
+    const QByteArray second = randomBytes(20000, 4);
+    writeFile(name, QByteArray());
+    const quint32 seed = existing > 0 ? writeEnciphered(name, first) : 0;
+
+    ko::FileEncrypt file(name);
+    QVERIFY(file.open(QIODevice::OpenMode(mode)));
+    QCOMPARE(file.pos(), existing > 0 ? qint64(existing + 8) : qint64(0));
+    if (existing > 0)
+        QCOMPARE(file.seed(), seed);
+    if (seekFirst >= 0)
+        QVERIFY(file.seek(seekFirst));
+    QCOMPARE(file.write(second.left(7)), qint64(7));
+    QCOMPARE(file.write(second.mid(7)), qint64(second.size() - 7));
+    file.close();
+
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.size(), qint64(existing + second.size()));
+    QVERIFY(file.readAll() == first + second);
+    file.close();
+}
+
+void tst_FileEncrypt::appendRefusedWithoutReadableHeader()
+{
+    if (::geteuid() == 0)
+        QSKIP("the superuser reads a file without read permission");
+    const QString name = path(QStringLiteral("writeonly.bin"));
+    writeEnciphered(name, "data");
+    QVERIFY(QFile::setPermissions(name, QFile::WriteOwner));
+    ko::FileEncrypt file(name);
+    QVERIFY(!file.open(QIODevice::WriteOnly | QIODevice::Append));
+    QVERIFY(!file.isOpen());
+    QVERIFY(file.errorString().startsWith(QLatin1String("Cannot read the header of the enciphered file")));
+    QVERIFY(QFile::setPermissions(name, QFile::ReadOwner | QFile::WriteOwner));
+    QCOMPARE(readFile(name).size(), 12);
+}
+
+void tst_FileEncrypt::readAhead_data()
+{
+    // Where the device was put first: right after opening (data behind the header), at raw offset
+    // 100 by a seek, or after a line read (which moves the file, not the cipher).
+    QTest::addColumn<bool>("unbuffered");
+    QTest::addColumn<QString>("start");
+    for (const char* start : { "open", "seek", "line" }) {
+        QTest::addRow("%s, buffered", start) << false << QString::fromLatin1(start);
+        QTest::addRow("%s, unbuffered", start) << true << QString::fromLatin1(start);
+    }
+}
+
+// QIODevice moves pos() back after reading ahead (peek(), buffering) without a seek of ours;
+// what follows must still continue at pos(), and a buffered device must behave as an unbuffered one.
+void tst_FileEncrypt::readAhead()
+{
+    QFETCH(bool, unbuffered);
+    QFETCH(QString, start);
+    const QString name = path(QStringLiteral("peek.bin"));
+    const QByteArray plain = randomBytes(70000, 11);
+    const quint32 seed = writeEnciphered(name, plain);
+    const QByteArray raw = readFile(name);
+    const QIODevice::OpenMode buffering = unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen;
+
+    ko::FileEncrypt file(name);
+    QVERIFY(file.open(QIODevice::ReadOnly | buffering));
+    QByteArray expected = plain; // what reading from pos() 0 on gives
+    qint64 at = 0;
+    if (start == QLatin1String("seek")) {
+        at = 100;
+        QVERIFY(file.seek(at));
+        expected = QByteArray(int(at), '\0') + oracle(raw, seed, at, at, raw.size());
+    } else if (start == QLatin1String("line")) {
+        const QByteArray line = file.readLine(5);
+        at = line.size();
+        QCOMPARE(line, raw.mid(8, int(at)));
+        expected = QByteArray(int(at), '\0') + oracle(raw, seed, 8 + at, 0, raw.size());
+    }
+    QCOMPARE(file.peek(4), expected.mid(int(at), 4));
+    QCOMPARE(file.pos(), at);
+    QCOMPARE(file.read(4), expected.mid(int(at), 4));
+    QCOMPARE(file.peek(3000), expected.mid(int(at) + 4, 3000));
+    QCOMPARE(file.read(6), expected.mid(int(at) + 4, 6));
+    QVERIFY(file.seek(at + 10)); // to pos(): continues there
+    QCOMPARE(file.read(20000), expected.mid(int(at) + 10, 20000));
+    QCOMPARE(file.pos(), at + 20010);
+    file.close();
+}
+
+void tst_FileEncrypt::writeAfterRead_data()
+{
+    QTest::addColumn<bool>("unbuffered");
+    QTest::newRow("buffered") << false;
+    QTest::newRow("unbuffered") << true;
+}
+
+// A write lands at pos(), with the cipher of that position, however far the device read ahead.
+void tst_FileEncrypt::writeAfterRead()
+{
+    QFETCH(bool, unbuffered);
+    const QString name = path(QStringLiteral("rw.bin"));
+    QByteArray plain = randomBytes(70000, 12);
+    writeEnciphered(name, plain);
+    ko::FileEncrypt file(name);
+    QVERIFY(file.open(QIODevice::ReadWrite | (unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen)));
+    QCOMPARE(file.read(10), plain.left(10));
+    QCOMPARE(file.write("xyz"), qint64(3));
+    QCOMPARE(file.pos(), qint64(13));
+    QCOMPARE(file.read(10), plain.mid(13, 10));
+    file.close();
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll() == plain.replace(10, 3, "xyz"));
+    file.close();
 }
 
 void tst_FileEncrypt::truncateWritesNewHeaderFromLastOpened()
