@@ -5,6 +5,10 @@
 #include <cstring>
 #include <vector>
 
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
 namespace ko
 {
 
@@ -23,6 +27,69 @@ unsigned char key(unsigned state)
     return static_cast<unsigned char>((state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24)) & 0xffu);
 }
 
+// Each of these combines @p length bytes of @p src with @p keys into @p dst, which may be @p src.
+typedef void (*XorFunction)(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length);
+
+// Sixteen bytes, which the compiler keeps in one vector register where the target has them.
+typedef unsigned char Block __attribute__((vector_size(16)));
+
+void xorPortable(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length)
+{
+    unsigned i = 0;
+    for (; i + sizeof(Block) <= length; i += sizeof(Block)) {
+        Block data;
+        Block key;
+        std::memcpy(&data, src + i, sizeof(Block));
+        std::memcpy(&key, keys + i, sizeof(Block));
+        data ^= key;
+        std::memcpy(dst + i, &data, sizeof(Block));
+    }
+    for (; i < length; ++i)
+        dst[i] = src[i] ^ keys[i];
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void xorAvx2(const unsigned char* src, const unsigned char* keys,
+                                             unsigned char* dst, unsigned length)
+{
+    // Up to where dst is aligned first, so that no store spans two cache lines.
+    unsigned i = std::min(length, unsigned(-reinterpret_cast<std::uintptr_t>(dst) & 31u));
+    xorPortable(src, keys, dst, i);
+    for (; i + 32 <= length; i += 32) {
+        const __m256i data = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i));
+        const __m256i key = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(keys + i));
+        _mm256_store_si256(reinterpret_cast<__m256i*>(dst + i), _mm256_xor_si256(data, key));
+    }
+    xorPortable(src + i, keys + i, dst + i, length - i);
+}
+
+__attribute__((target("avx512f"))) void xorAvx512(const unsigned char* src, const unsigned char* keys,
+                                                  unsigned char* dst, unsigned length)
+{
+    unsigned i = std::min(length, unsigned(-reinterpret_cast<std::uintptr_t>(dst) & 63u));
+    xorPortable(src, keys, dst, i);
+    for (; i + 64 <= length; i += 64) {
+        const __m512i data = _mm512_loadu_si512(src + i);
+        const __m512i key = _mm512_loadu_si512(keys + i);
+        _mm512_store_si512(dst + i, _mm512_xor_si512(data, key));
+    }
+    xorPortable(src + i, keys + i, dst + i, length - i);
+}
+#endif
+
+// The widest of the above that the processor runs.
+XorFunction fastestXor()
+{
+#if defined(__x86_64__)
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx512f"))
+        return xorAvx512;
+    if (__builtin_cpu_supports("avx2"))
+        return xorAvx2;
+#endif
+    return xorPortable;
+}
+
 // Every state is in [0, kStates) after one step.
 constexpr unsigned kStates = 0x8000;
 // Marks a state that is not on a cycle.
@@ -30,6 +97,8 @@ constexpr uint16_t kOffCycle = 0xffff;
 // The key stream of a cycle is stored repeated, so that a block can always
 // take at least this many bytes in one run, whatever cycle position it starts at.
 constexpr unsigned kMinKeyRun = 4096;
+// The widest vector the combining functions use, in bytes.
+constexpr unsigned kVectorRun = 64;
 
 struct Cycle
 {
@@ -48,6 +117,7 @@ struct KeyStreams
     std::vector<uint16_t> cycleOf; // per index of cycleStates: its cycle in cycles
     std::vector<Cycle> cycles;
     std::vector<unsigned char> keys;
+    XorFunction combine = fastestXor();
 
     KeyStreams();
 };
@@ -93,27 +163,6 @@ const KeyStreams& keyStreams()
     return *table;
 }
 
-// Sixty-four bytes, which the compiler keeps in as many vector registers as the target needs.
-typedef unsigned char Block __attribute__((vector_size(64)));
-
-// Combines @p length bytes of @p src with @p keys into @p dst (which may be @p src). Built for
-// AVX2 and for the baseline; the loader picks the one the processor runs.
-__attribute__((target_clones("avx2", "default")))
-void xorBlock(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length)
-{
-    unsigned i = 0;
-    for (; i + sizeof(Block) <= length; i += sizeof(Block)) {
-        Block data;
-        Block key;
-        std::memcpy(&data, src + i, sizeof(Block));
-        std::memcpy(&key, keys + i, sizeof(Block));
-        data ^= key;
-        std::memcpy(dst + i, &data, sizeof(Block));
-    }
-    for (; i < length; ++i)
-        dst[i] = src[i] ^ keys[i];
-}
-
 // Combines @p length bytes with the key stream that starts at @p state and
 // returns the state after them; @p src and @p dst may be the same buffer.
 unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length, unsigned state)
@@ -134,8 +183,12 @@ unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length
     const unsigned char* keys = k.keys.data() + cycle.keyOffset;
     unsigned offset = position - cycle.first;
     while (i < length) {
-        const unsigned run = length - i < cycle.keyLength - offset ? length - i : cycle.keyLength - offset;
-        xorBlock(src + i, keys + offset, dst + i, run);
+        // As far as the stored key stream reaches, ending where dst is aligned for the widest
+        // vectors: only the first and the last run have bytes outside whole vectors.
+        const unsigned available = cycle.keyLength - offset
+            - unsigned((reinterpret_cast<std::uintptr_t>(dst + i) + cycle.keyLength - offset) % kVectorRun);
+        const unsigned run = length - i < available ? length - i : available;
+        k.combine(src + i, keys + offset, dst + i, run);
         i += run;
         offset = (offset + run) % cycle.length;
     }
