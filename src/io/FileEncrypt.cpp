@@ -101,64 +101,65 @@ bool FileEncrypt::open(OpenMode mode)
     if (!QFile::open(mode))
         return false;
     mCompatible = true;
-    // QIODevice starts an appending device at the file's end, the file itself stays at 0.
     const qint64 rawSize = QFile::size();
+    // QIODevice put pos() at 0, or for Append at the file's end; the file itself is still at 0.
     mPrivate->at = pos();
-
     if (!(mode & Truncate) && rawSize > 0) {
-        QByteArray bytes;
-        if (!readHeader(bytes))
+        if (!readHeader())
             return false;
-        const Header header(bytes);
-        if (!header.isReadableBy(mVersion[0], mVersion[1])) {
-            QFile::close();
-            mCompatible = false;
-            Q_EMIT incompatible();
-            return false;
-        }
-        // A file shorter than the header opens with the zero-filled rest, whatever seed that gives.
-        std::memcpy(mVersion, bytes.leftJustified(4, '\0').constData(), 4);
-        mSeed = header.seed();
-        mEnigma.reset(new Enigma(Random(mSeed, 0)));
-        mPrivate->rawPos = (mode & Append) ? 0 : bytes.size();
-        // Appended bytes continue the cipher where the data ends.
-        mPrivate->appendSteps = qMax<qint64>(0, rawSize - kHeaderSize);
     } else if (mode & WriteOnly) {
         writeHeader();
     }
     if ((mode & Append) && rawSize > 0) {
-        // Put the file where QIODevice says the device is: at its end.
+        // The file goes where QIODevice says the device is; appended bytes continue the cipher
+        // where the data ends.
         QFile::seek(rawSize);
-        mPrivate->at = mPrivate->rawPos = mPrivate->steps = rawSize;
+        mPrivate->at = mPrivate->rawPos = rawSize;
+        mPrivate->appendSteps = qMax<qint64>(0, rawSize - kHeaderSize);
         setSteps(rawSize);
     }
     return true;
 }
 
-bool FileEncrypt::readHeader(QByteArray& bytes)
+bool FileEncrypt::readHeader()
 {
+    QByteArray bytes;
     if (!(openMode() & Append)) {
         // Bypassing the cipher and QIODevice: the data then starts behind the header.
         char header[kHeaderSize];
         const qint64 n = QFile::readData(header, kHeaderSize);
-        if (n >= 0) {
-            bytes = QByteArray(header, int(n));
-            return true;
+        if (n < 0) {
+            QFile::close();
+            return false;
         }
+        bytes = QByteArray(header, int(n));
+    } else {
+        // An appending device may not be readable, and its position belongs to the file's end:
+        // the header comes through a handle of its own.
+        QFile other(fileName());
+        if (other.open(QIODevice::ReadOnly))
+            bytes = other.read(kHeaderSize);
+        if (!other.isOpen() || other.error() != QFile::NoError) {
+            QFile::close();
+            setErrorString(tr("Cannot read the header of the enciphered file to append to it: %1")
+                               .arg(other.errorString()));
+            return false;
+        }
+    }
+
+    const Header header(bytes);
+    if (!header.isReadableBy(mVersion[0], mVersion[1])) {
         QFile::close();
+        mCompatible = false;
+        Q_EMIT incompatible();
         return false;
     }
-    // An appending device may not be readable, and its position belongs to the file's end: the
-    // header comes through a handle of its own.
-    QFile other(fileName());
-    if (other.open(QIODevice::ReadOnly)) {
-        bytes = other.read(kHeaderSize);
-        if (other.error() == QFile::NoError)
-            return true;
-    }
-    QFile::close();
-    setErrorString(tr("Cannot read the header of the enciphered file to append to it: %1").arg(other.errorString()));
-    return false;
+    // A file shorter than the header opens with the zero-filled rest, whatever seed that gives.
+    std::memcpy(mVersion, bytes.leftJustified(4, '\0').constData(), 4);
+    mSeed = header.seed();
+    mEnigma.reset(new Enigma(Random(mSeed, 0)));
+    mPrivate->rawPos = bytes.size();
+    return true;
 }
 
 void FileEncrypt::writeHeader()

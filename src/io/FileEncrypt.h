@@ -92,9 +92,8 @@ private:
     Q_DISABLE_COPY(FileEncrypt)
     struct Private;
 
-    bool readHeader(QByteArray& bytes);
+    bool readHeader();
     void writeHeader();
-    void startCipher(qint64 rawPos, qint64 steps);
     void setSteps(qint64 steps);
     bool moveTo(qint64 pos, qint64 rawPos, qint64 steps);
     void dropReadAhead();

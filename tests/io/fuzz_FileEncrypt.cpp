@@ -1,5 +1,5 @@
-// libFuzzer target: arbitrary bytes opened as an enciphered file, then read, seeked, written
-// and reopened in an order the input chooses. Reads right after a seek on a read-only device
+// libFuzzer target: arbitrary bytes opened as an enciphered file, then read, peeked, seeked,
+// written and reopened in an order the input chooses. Reads right after a seek on a read-only device
 // are checked against the raw bytes; any other fault shows as a crash or a sanitizer report.
 #include "io/CipherSteps_p.h"
 #include "io/FileEncrypt.h"
@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         const qint64 argument = operation.argument;
         const qint64 justSeeked = seekedTo;
         seekedTo = -1;
-        switch (operation.kind % 7) {
+        switch (operation.kind % 8) {
         case 0: {
             const qint64 wanted = (argument & 0xffff) + 1;
             const QByteArray bytes = file.read(wanted);
@@ -127,6 +127,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             if (!file.open(argument & 1 ? QIODevice::ReadOnly : mode))
                 return 0;
             break;
+        case 7: {
+            // What peek() shows is what read() then gives, from the same position.
+            const qint64 before = file.pos();
+            const QByteArray peeked = file.peek((argument & 0xffff) + 1);
+            CHECK(file.pos() == before);
+            CHECK(file.read(peeked.size()) == peeked);
+            break;
+        }
         }
     }
     file.close();

@@ -64,6 +64,19 @@ quint32 writeEnciphered(const QString& path, const QByteArray& plain, QIODevice:
     return seed;
 }
 
+// One row with QIODevice's buffer, one without.
+void addBufferingRows()
+{
+    QTest::addColumn<bool>("unbuffered");
+    QTest::newRow("buffered") << false;
+    QTest::newRow("unbuffered") << true;
+}
+
+QIODevice::OpenMode buffering(bool unbuffered)
+{
+    return unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen;
+}
+
 } // namespace
 
 class tst_FileEncrypt : public QObject
@@ -117,11 +130,10 @@ void tst_FileEncrypt::roundTrip()
 {
     QFETCH(int, length);
     QFETCH(bool, unbuffered);
-    const QIODevice::OpenMode buffering = unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen;
     const QByteArray plain = randomBytes(length, quint32(length));
     const QString name = path(QStringLiteral("round.bin"));
     ko::FileEncrypt file(name);
-    QVERIFY(file.open(QIODevice::WriteOnly | buffering));
+    QVERIFY(file.open(QIODevice::WriteOnly | buffering(unbuffered)));
     const quint32 seed = file.seed();
     QVERIFY(seed != 0);
     if (length == 0)
@@ -148,7 +160,7 @@ void tst_FileEncrypt::roundTrip()
     QVERIFY(oracle(raw, seed, 8, 0, length) == plain);
 
     // Read back in small odd pieces and larger ones.
-    QVERIFY(file.open(QIODevice::ReadOnly | buffering));
+    QVERIFY(file.open(QIODevice::ReadOnly | buffering(unbuffered)));
     QCOMPARE(file.seed(), seed);
     QCOMPARE(file.size(), qint64(length));
     QByteArray back;
@@ -160,9 +172,7 @@ void tst_FileEncrypt::roundTrip()
 
 void tst_FileEncrypt::seekAgainstRawOracle_data()
 {
-    QTest::addColumn<bool>("unbuffered");
-    QTest::newRow("buffered") << false;
-    QTest::newRow("unbuffered") << true;
+    addBufferingRows();
 }
 
 void tst_FileEncrypt::seekAgainstRawOracle()
@@ -174,7 +184,7 @@ void tst_FileEncrypt::seekAgainstRawOracle()
     const QByteArray raw = readFile(name);
 
     ko::FileEncrypt file(name);
-    QVERIFY(file.open(QIODevice::ReadOnly | (unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen)));
+    QVERIFY(file.open(QIODevice::ReadOnly | buffering(unbuffered)));
     QCOMPARE(file.read(100), plain.left(100)); // before any seek: the data after the header
     // A seek to the current position keeps the cipher; a real one would land in the header's shadow.
     QVERIFY(file.seek(100));
@@ -356,10 +366,9 @@ void tst_FileEncrypt::readAhead()
     const QByteArray plain = randomBytes(70000, 11);
     const quint32 seed = writeEnciphered(name, plain);
     const QByteArray raw = readFile(name);
-    const QIODevice::OpenMode buffering = unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen;
 
     ko::FileEncrypt file(name);
-    QVERIFY(file.open(QIODevice::ReadOnly | buffering));
+    QVERIFY(file.open(QIODevice::ReadOnly | buffering(unbuffered)));
     QByteArray expected = plain; // what reading from pos() 0 on gives
     qint64 at = 0;
     if (start == QLatin1String("seek")) {
@@ -385,9 +394,7 @@ void tst_FileEncrypt::readAhead()
 
 void tst_FileEncrypt::writeAfterRead_data()
 {
-    QTest::addColumn<bool>("unbuffered");
-    QTest::newRow("buffered") << false;
-    QTest::newRow("unbuffered") << true;
+    addBufferingRows();
 }
 
 // A write lands at pos(), with the cipher of that position, however far the device read ahead.
@@ -398,7 +405,7 @@ void tst_FileEncrypt::writeAfterRead()
     QByteArray plain = randomBytes(70000, 12);
     writeEnciphered(name, plain);
     ko::FileEncrypt file(name);
-    QVERIFY(file.open(QIODevice::ReadWrite | (unbuffered ? QIODevice::Unbuffered : QIODevice::NotOpen)));
+    QVERIFY(file.open(QIODevice::ReadWrite | buffering(unbuffered)));
     QCOMPARE(file.read(10), plain.left(10));
     QCOMPARE(file.write("xyz"), qint64(3));
     QCOMPARE(file.pos(), qint64(13));
