@@ -201,7 +201,9 @@ void FileEncrypt::dropReadAhead()
         return;
     mPrivate->dropping = true;
     char scrap[4096];
-    while (pos() < mPrivate->at && read(scrap, qMin<qint64>(sizeof scrap, mPrivate->at - pos())) > 0) {
+    while (pos() < mPrivate->at) {
+        if (read(scrap, qMin<qint64>(sizeof scrap, mPrivate->at - pos())) <= 0)
+            break;
     }
     mPrivate->dropping = false;
 }
@@ -229,7 +231,7 @@ bool FileEncrypt::seek(qint64 pos)
     if (from == pos) {
         // QIODevice puts a device back to pos() this way after it read ahead of it: the file and
         // the cipher return there. Otherwise a seek to the current position changes nothing.
-        return behind == 0 || pos < 0 || moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
+        return behind == 0 || moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
     }
     // A negative position is outside the contract: QFile refuses it and the cipher stays where it is.
     if (pos < 0)
