@@ -64,6 +64,23 @@ quint32 writeEnciphered(const QString& path, const QByteArray& plain, QIODevice:
     return seed;
 }
 
+// An enciphered file of 70000 random bytes: its logical content, seed and raw bytes.
+struct Sample
+{
+    QByteArray plain;
+    quint32 seed;
+    QByteArray raw;
+};
+
+Sample writeSample(const QString& path, quint32 contentSeed)
+{
+    Sample sample;
+    sample.plain = randomBytes(70000, contentSeed);
+    sample.seed = writeEnciphered(path, sample.plain);
+    sample.raw = readFile(path);
+    return sample;
+}
+
 // One row with QIODevice's buffer, one without.
 void addBufferingRows()
 {
@@ -179,9 +196,7 @@ void tst_FileEncrypt::seekAgainstRawOracle()
 {
     QFETCH(bool, unbuffered);
     const QString name = path(QStringLiteral("seek.bin"));
-    const QByteArray plain = randomBytes(70000, 9);
-    const quint32 seed = writeEnciphered(name, plain);
-    const QByteArray raw = readFile(name);
+    const auto [plain, seed, raw] = writeSample(name, 9);
 
     ko::FileEncrypt file(name);
     QVERIFY(file.open(QIODevice::ReadOnly | buffering(unbuffered)));
@@ -363,9 +378,7 @@ void tst_FileEncrypt::readAhead()
     QFETCH(bool, unbuffered);
     QFETCH(QString, start);
     const QString name = path(QStringLiteral("peek.bin"));
-    const QByteArray plain = randomBytes(70000, 11);
-    const quint32 seed = writeEnciphered(name, plain);
-    const QByteArray raw = readFile(name);
+    const auto [plain, seed, raw] = writeSample(name, 11);
 
     ko::FileEncrypt file(name);
     QVERIFY(file.open(QIODevice::ReadOnly | buffering(unbuffered)));
