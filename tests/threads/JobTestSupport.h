@@ -28,6 +28,8 @@ struct RecordingJob : ko::IRunnable
         mThreadName = mThread->objectName();
         mPriority = mThread->priority();
         mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
+        if (mNewPriority != QThread::InheritPriority)
+            mThread->setPriority(mNewPriority);
         mStarted.release();
         if (mGate)
             mGate->acquire();
@@ -46,7 +48,31 @@ struct RecordingJob : ko::IRunnable
     QPointer<QThread> mThread;
     QString mThreadName;
     QThread::Priority mPriority = QThread::InheritPriority;
+    QThread::Priority mNewPriority = QThread::InheritPriority; // given to its own thread, unless Inherit
     int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
+};
+
+/** A started worker outside any pool, shut down at the end. */
+struct Worker
+{
+    QPointer<ko::komQtWorkerThread> thread = new ko::komQtWorkerThread(QStringLiteral("Unit"));
+    QList<int> order;
+
+    Worker() { thread->start(); }
+    ~Worker()
+    {
+        if (thread)
+            thread->shutDown();
+        spinUntil([this]() { return thread.isNull(); });
+    }
+    kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore* gate = nullptr)
+    {
+        kom::smart<RecordingJob> job(new RecordingJob);
+        job->mGate = gate;
+        job->mOrder = &order;
+        thread->schedule(id, job, ko::komQtThreadPool::SchedulePriority(priority));
+        return job;
+    }
 };
 
 /** A pool whose internals a test can reach. */
