@@ -89,7 +89,7 @@ struct TestPool : ko::komQtThreadPool
     /** Queued and running jobs of every worker, idle or busy. */
     int totalWorkLoad() const
     {
-        QMutexLocker locker(mLock);
+        QMutexLocker locker(mLock.get());
         int load = 0;
         for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
             load += thread->workLoad();
@@ -97,7 +97,8 @@ struct TestPool : ko::komQtThreadPool
     }
     void exitWaitLoop(int key, int code)
     {
-        if (QEventLoop* loop = mEventLoops.value(key))
+        QMutexLocker locker(mLock.get());
+        for (QEventLoop* loop : mEventLoops.values(key))
             loop->exit(code);
     }
     /**
