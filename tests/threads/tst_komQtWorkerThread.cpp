@@ -190,11 +190,10 @@ void tst_komQtWorkerThread::priorityForEveryJob()
     if (second == QThread::InheritPriority)
         QTest::ignoreMessage(QtWarningMsg, "QThread::setPriority: Argument cannot be InheritPriority");
     Worker worker;
-    QSemaphore gate;
-    kom::smart<RecordingJob> job1 = worker.add(1, first, &gate);
+    kom::smart<RecordingJob> job1(new RecordingJob);
     job1->mNewPriority = QThread::Priority(firstSets);
+    worker.thread->schedule(1, job1, Priority(first));
     kom::smart<RecordingJob> job2 = worker.add(2, second);
-    gate.release();
     QVERIFY(job2->waitStarted());
     QCOMPARE(int(job1->mPriority), first);
     QCOMPARE(int(job2->mPriority), seen);
