@@ -26,7 +26,7 @@ struct RecordingJob : ko::IRunnable
     {
         mThread = QThread::currentThread();
         mThreadName = mThread->objectName();
-        mPriority = mThread->priority();
+        mPriority = mThread->priority(); // Qt keeps values above InheritPriority too
         mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
         if (mNewPriority != QThread::InheritPriority)
             mThread->setPriority(mNewPriority);
@@ -47,7 +47,7 @@ struct RecordingJob : ko::IRunnable
     std::atomic<int> mRuns { 0 };
     QPointer<QThread> mThread;
     QString mThreadName;
-    QThread::Priority mPriority = QThread::InheritPriority;
+    int mPriority = QThread::InheritPriority;
     QThread::Priority mNewPriority = QThread::InheritPriority; // given to its own thread, unless Inherit
     int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
 };

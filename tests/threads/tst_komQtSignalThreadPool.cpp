@@ -226,10 +226,10 @@ void tst_komQtSignalThreadPool::objectGoneDuringDetach()
     komQtSignalWorkerThread* worker = pool.threads().first();
     runIn(earlier, [earlier] { delete earlier; });
     QPointer<QObject> watch(gone);
-    LogCapture capture;
     DeletingStreambuf deleting;
     deleting.victim = gone;
     std::ostream stream(&deleting);
+    LogCapture capture; // puts the previous streams back before this one goes
     ko::Log::instance().setStream(ko::Log::Warning, &stream, false);
     runIn(&kept, [worker, gone] { worker->detach(gone, nullptr); });
     QVERIFY(watch.isNull());

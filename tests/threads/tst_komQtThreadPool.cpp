@@ -184,37 +184,28 @@ void tst_komQtThreadPool::waitLimitNeverEarly()
 namespace
 {
 
-// Caps the process's address space at what it uses now plus half a thread stack, so that
-// pthread_create() fails for want of room, as it does under any other resource limit. The limit on
-// the number of threads (RLIMIT_NPROC) would be the obvious one, but it does not bind root, and
-// these tests may run as root. The previous limit comes back with the destructor.
-class ThreadCreationCap
+// Caps the address space at what the process uses plus half a thread stack, so that
+// pthread_create() fails for want of room, as under any resource limit; returns the limit it
+// replaced. The limit on the number of threads (RLIMIT_NPROC) would be the obvious one, but it
+// does not bind root, and these tests may run as root.
+rlimit capThreadCreation()
 {
-public:
-    ThreadCreationCap()
-    {
-        getrlimit(RLIMIT_AS, &mPrevious);
-        rlim_t used = 0; // "VmSize:   1234 kB"
-        QFile status(QStringLiteral("/proc/self/status"));
-        status.open(QIODevice::ReadOnly);
-        for (QByteArray line; used == 0 && !(line = status.readLine()).isEmpty();) {
-            if (line.startsWith("VmSize:"))
-                used = rlim_t(line.mid(7).simplified().split(' ').first().toULongLong()) * 1024;
-        }
-        pthread_attr_t attr;
-        size_t stack = 0;
-        pthread_getattr_default_np(&attr);
-        pthread_attr_getstacksize(&attr, &stack);
-        pthread_attr_destroy(&attr);
-        rlimit capped = mPrevious;
-        capped.rlim_cur = used + stack / 2;
-        setrlimit(RLIMIT_AS, &capped);
-    }
-    ~ThreadCreationCap() { setrlimit(RLIMIT_AS, &mPrevious); }
-
-private:
-    rlimit mPrevious;
-};
+    QFile status(QStringLiteral("/proc/self/status"));
+    status.open(QIODevice::ReadOnly);
+    QRegExp size(QStringLiteral("VmSize:\\s*(\\d+) kB"));
+    size.indexIn(QString::fromLatin1(status.readAll()));
+    pthread_attr_t attr;
+    size_t stack = 0;
+    pthread_getattr_default_np(&attr);
+    pthread_attr_getstacksize(&attr, &stack);
+    pthread_attr_destroy(&attr);
+    rlimit previous, capped;
+    getrlimit(RLIMIT_AS, &previous);
+    capped = previous;
+    capped.rlim_cur = size.cap(1).toULongLong() * 1024 + stack / 2;
+    setrlimit(RLIMIT_AS, &capped);
+    return previous;
+}
 
 // The child process of threadLimit(): schedules jobs on a pool while no new thread can be
 // created and prints what came of it, one fact a line.
@@ -230,11 +221,9 @@ int threadLimitChild(const QString& which)
         running = scheduleJob(pool, first, &gate);
         running->waitStarted();
     }
-    kom::smart<RecordingJob> job;
-    {
-        ThreadCreationCap cap;
-        job = scheduleJob(pool, second);
-    }
+    const rlimit previous = capThreadCreation();
+    kom::smart<RecordingJob> job = scheduleJob(pool, second);
+    setrlimit(RLIMIT_AS, &previous);
     out << "id " << second << "\nworkers " << pool.countThreads() << "\naborted " << job->mAbortRequested
         << "\n";
     gate.release();

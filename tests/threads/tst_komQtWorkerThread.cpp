@@ -118,7 +118,7 @@ void tst_komQtWorkerThread::runOrder()
     QVERIFY(spinUntil([&]() { return worker.thread->workLoad() == 0; }));
     QCOMPARE(worker.order, QList<int> { 100 } + order);
     for (int i = 0; i < jobs.size(); ++i) {
-        QCOMPARE(int(jobs.at(i)->mPriority), priorities.at(i) & 0x7ff);
+        QCOMPARE(jobs.at(i)->mPriority, priorities.at(i) & 0x7ff);
         QVERIFY(jobs.at(i)->mTimerLag >= 0); // started at the local time
         QVERIFY(jobs.at(i)->mTimerLag < 1000);
     }
@@ -195,8 +195,8 @@ void tst_komQtWorkerThread::priorityForEveryJob()
     worker.thread->schedule(1, job1, Priority(first));
     kom::smart<RecordingJob> job2 = worker.add(2, second);
     QVERIFY(job2->waitStarted());
-    QCOMPARE(int(job1->mPriority), first);
-    QCOMPARE(int(job2->mPriority), seen);
+    QCOMPARE(job1->mPriority, first);
+    QCOMPARE(job2->mPriority, seen);
 }
 
 void tst_komQtWorkerThread::throwingJob_data()
