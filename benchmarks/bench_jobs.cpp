@@ -8,7 +8,6 @@
 #include <QEventLoop>
 #include <QRunnable>
 #include <QThreadPool>
-#include <QTimer>
 
 #include <benchmark/benchmark.h>
 
@@ -58,16 +57,14 @@ private:
     int mMicroseconds;
 };
 
-// Runs the current thread's event loop until @p done is true.
-template <class Done> void spin(Done done)
+// Runs the current thread's event loop until @p done is true, looking again at each job end.
+template <class Done> void spinUntil(const ko::komQtThreadPool& pool, Done done)
 {
     QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&]() {
+    QObject::connect(&pool, &ko::komQtThreadPool::jobFinished, &loop, [&]() {
         if (done())
             loop.quit();
     });
-    poll.start(1);
     if (!done())
         loop.exec();
 }
@@ -86,11 +83,10 @@ void BM_komQtThreadPool(benchmark::State& state)
             pool.schedule(job);
         pool.waitForAllFinished(-1);
         // The wait ends once no worker is busy, which can be before every queued job has run.
-        spin([&]() { return finished == 2L * jobs; });
+        spinUntil(pool, [&]() { return finished == 2L * jobs; });
     }
     state.SetItemsProcessed(state.iterations() * jobs);
-    pool.setMaxThreads(-1); // let the workers end and delete themselves
-    spin([&]() { return pool.countThreads() == 0; });
+    pool.setMaxThreads(-1); // the workers (all idle now) end and delete themselves
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 

@@ -43,7 +43,8 @@ Mutex& LogQt::mutex()
 
 void LogQt::pre(ELevel level)
 {
-    log->pre(level);
+    // Negative levels are outside the contract; they are taken as level 0 rather than passed on.
+    log->pre(level < 0 ? Debug : level);
 }
 
 void LogQt::setLogLevel(ELevel level)
@@ -123,7 +124,8 @@ void LogQt::setDefaultLogFile(const QString& path, bool append)
 
 QTextStream* LogQt::getStream(ELevel level)
 {
-    const int index = level < SlotCount ? int(level) : 0;
+    // Levels above the last slot use slot 0, and so do negative ones (outside the contract).
+    const int index = level >= 0 && level < SlotCount ? int(level) : 0;
     MutexLocker lock(log->mutex(), true);
     // The slot number, not the raw level, is what the fronted log is asked for.
     std::ostream* os = log->getStream(ELevel(index));

@@ -46,7 +46,7 @@ public:
 
     /** The fronted log's recursive mutex. */
     Mutex& mutex();
-    /** Writes the line prefix of @p level onto the fronted log's level stream. */
+    /** Writes the line prefix of @p level onto the fronted log's level stream (level 0's if negative). */
     void pre(ELevel level);
     /** Sets the fronted log's threshold. */
     void setLogLevel(ELevel level);
@@ -83,7 +83,7 @@ public:
     static void setDefaultLogFile(const QString& path, bool append);
 
     /**
-     * The text stream of @p level's slot (levels above 4 use slot 0), renewed when
+     * The text stream of @p level's slot (levels above 4, and negative ones, use slot 0), renewed when
      * the fronted log's stream buffer for that slot was replaced; null when the
      * log has no stream there.
      */

@@ -1,17 +1,14 @@
 #include "threads/komQtSignalThreadPool.h"
 
-#include "exceptions/ExceptionQt.h"
-#include "kom/koqtextstream.h"
 #include "log/LogQt.h"
 #include "signals/SignalUtils.h"
-
-#include "platform/kom/komException.h"
+#include "threads/CaughtException_p.h"
 
 #include <QAbstractEventDispatcher>
 #include <QMutex>
+#include <QMutexLocker>
 
-#include <exception>
-#include <memory>
+#include <algorithm>
 
 namespace ko
 {
@@ -21,31 +18,20 @@ namespace
 
 komQtSignalThreadPool* gSignalPool = nullptr;
 
-// Locks the worker's mutex when it still exists; after the thread body ended it is gone.
-class OptionalLocker
+// Refuses a null object given to attach: true, after one warning, when @p object is null.
+bool refusedNull(const QObject* object, const QObject* to)
 {
-public:
-    explicit OptionalLocker(QMutex* mutex) : mMutex(mutex)
-    {
-        if (mMutex)
-            mMutex->lock();
-    }
-    ~OptionalLocker()
-    {
-        if (mMutex)
-            mMutex->unlock();
-    }
-
-private:
-    Q_DISABLE_COPY(OptionalLocker)
-    QMutex* mMutex;
-};
+    if (object)
+        return false;
+    LogLine(Log::Warning) << "attaching null object to " << to->objectName() << ". nothing attached.";
+    return true;
+}
 
 } // namespace
 
 komQtSignalWorkerThread::komQtSignalWorkerThread(const QString& name, QObject* parent)
     : QThread(parent)
-    , mMutex(new QMutex(QMutex::Recursive))
+    , mMutex(std::make_unique<QMutex>(QMutex::Recursive))
     , mLoad(0)
 {
     setObjectName(name);
@@ -53,10 +39,7 @@ komQtSignalWorkerThread::komQtSignalWorkerThread(const QString& name, QObject* p
 
 // The mutex belongs to the thread body, which deletes it when it ends; a worker
 // that never ran still has it.
-komQtSignalWorkerThread::~komQtSignalWorkerThread()
-{
-    delete mMutex;
-}
+komQtSignalWorkerThread::~komQtSignalWorkerThread() = default;
 
 void komQtSignalWorkerThread::syncLoad_locked()
 {
@@ -65,16 +48,20 @@ void komQtSignalWorkerThread::syncLoad_locked()
 
 void komQtSignalWorkerThread::attach(QObject* object)
 {
-    OptionalLocker lock(mMutex);
+    // A null object is outside the contract: nothing to move or to watch.
+    if (refusedNull(object, this))
+        return;
+    QMutexLocker lock(mMutex.get());
     object->moveToThread(this);
     mAttached.append(QPointer<QObject>(object));
     syncLoad_locked();
-    ko::connect(object, "2destroyed(QObject*)", this, "1attachedDestroyed(QObject*)", Qt::AutoConnection);
+    ko::connect(
+        object, SIGNAL(destroyed(QObject*)), this, SLOT(attachedDestroyed(QObject*)), Qt::AutoConnection);
 }
 
 void komQtSignalWorkerThread::detach(QObject* object, QThread* target)
 {
-    OptionalLocker lock(mMutex);
+    QMutexLocker lock(mMutex.get());
     const int index = indexOf(object);
     if (index >= 0)
         detach(index, target);
@@ -82,7 +69,7 @@ void komQtSignalWorkerThread::detach(QObject* object, QThread* target)
 
 void komQtSignalWorkerThread::detach(int index, QThread* target)
 {
-    OptionalLocker lock(mMutex);
+    QMutexLocker lock(mMutex.get());
     QPointer<QObject> object;
     if (index >= 0 && index < mAttached.size()) {
         object = mAttached.at(index);
@@ -91,27 +78,31 @@ void komQtSignalWorkerThread::detach(int index, QThread* target)
     }
     if (!object)
         return;
-    // Only the worker itself may give away an object that lives in it; from
-    // anywhere else the object is just forgotten.
-    if (object->thread() == this && QThread::currentThread() == this) {
+    // Its other entries are found by address: should the object be destroyed meanwhile (in its
+    // own thread), the null entries that other destroyed objects left must stay.
+    const QObject* const address = object.data();
+    // Only the worker itself may give away an object that lives in it; from anywhere else the
+    // object is just forgotten (and not even looked at, as its own thread may be deleting it).
+    if (QThread::currentThread() == this && object->thread() == this) {
         object->moveToThread(target);
         if (!target) {
             LogLine(Log::Warning) << "detaching " << object->metaObject()->className() << "."
                                   << object->objectName() << ". event processing will stop.";
         }
     }
-    mAttached.removeAll(object);
+    mAttached.erase(std::remove_if(mAttached.begin(), mAttached.end(),
+                        [address](const QPointer<QObject>& entry) { return entry.data() == address; }),
+        mAttached.end());
     syncLoad_locked();
 }
 
 int komQtSignalWorkerThread::indexOf(QObject* object) const
 {
-    OptionalLocker lock(mMutex);
-    for (int i = 0; i < mAttached.size(); ++i) {
-        if (mAttached.at(i) == object)
-            return i;
-    }
-    return -1;
+    QMutexLocker lock(mMutex.get());
+    // Compared as addresses: @p object may be gone already (attachedDestroyed()).
+    const auto found = std::find_if(mAttached.cbegin(), mAttached.cend(),
+        [object](const QPointer<QObject>& entry) { return entry.data() == object; });
+    return found == mAttached.cend() ? -1 : int(found - mAttached.cbegin());
 }
 
 int komQtSignalWorkerThread::load() const
@@ -121,7 +112,7 @@ int komQtSignalWorkerThread::load() const
 
 void komQtSignalWorkerThread::attachedDestroyed(QObject* object)
 {
-    OptionalLocker lock(mMutex);
+    QMutexLocker lock(mMutex.get());
     // Qt clears the guarded pointer before destroyed() arrives, so this rarely finds
     // the entry: a destroyed object stays as a null entry and keeps counting. Kept so.
     const int index = indexOf(object);
@@ -135,40 +126,17 @@ void komQtSignalWorkerThread::run()
 {
     const QString name = objectName();
     QThread::setTerminationEnabled(true);
-    const QString where = QStringLiteral("in worker thread ") + name + QStringLiteral(": ");
-#if defined(__clang__)
-    // Clang takes char* and const char* handlers for one and the same; the table lists both.
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wexceptions"
-#endif
     try {
         exec();
-    } catch (ko::ExceptionQt& e) {
-        LogLine(Log::FatalError) << e;
-    } catch (char* text) {
-        LogLine(Log::FatalError) << where << text;
-    } catch (const char* text) {
-        LogLine(Log::FatalError) << where << text;
-    } catch (komTerminalException& e) {
-        LogLine(Log::FatalError) << where << e;
-    } catch (komException& e) {
-        LogLine(Log::FatalError) << where << e;
-    } catch (std::exception& e) {
-        LogLine(Log::FatalError) << where << e.what();
-    } catch (QObject& o) {
-        LogLine(Log::FatalError) << where << o.metaObject()->className();
     } catch (...) {
-        LogLine(Log::FatalError) << where;
+        // Nothing leaves the thread body: logged, and the thread ends as if its loop had returned.
+        logCaughtException(Log::FatalError, name);
     }
-#if defined(__clang__)
-#pragma clang diagnostic pop
-#endif
     if (mMutex)
         LogLine(Log::Message) << name << " finished.";
     else
         LogLine(Log::Warning) << "zombie task " << name << " deleted";
-    delete mMutex;
-    mMutex = nullptr;
+    mMutex.reset();
 }
 
 komQtSignalThreadPool::komQtSignalThreadPool(const QString& name, int maxThreads, QObject* parent)
@@ -220,29 +188,28 @@ void komQtSignalThreadPool::setPriority(QThread::Priority priority)
 
 komQtSignalWorkerThread* komQtSignalThreadPool::allocateThread()
 {
-    komQtSignalWorkerThread* chosen = nullptr;
-    int smallest = 2147483647;
-    for (auto it = mThreads.begin(); it != mThreads.end();) {
-        komQtSignalWorkerThread* thread = *it;
-        if (!thread->isRunning()) {
-            discardThread(thread);
-            it = mThreads.erase(it);
-            continue;
-        }
-        const int load = thread->load();
-        if (load < smallest) {
-            chosen = thread;
-            smallest = load;
-        }
-        ++it;
-    }
-    if (smallest == 0)
+    // Workers that have stopped are discarded and erased, in list order.
+    mThreads.erase(std::remove_if(mThreads.begin(), mThreads.end(),
+                       [this](komQtSignalWorkerThread* thread) {
+                           if (thread->isRunning())
+                               return false;
+                           discardThread(thread);
+                           return true;
+                       }),
+        mThreads.end());
+    // The least loaded worker, the earliest on ties (loads are read without the workers' locks).
+    const auto least = std::min_element(mThreads.cbegin(), mThreads.cend(),
+        [](const komQtSignalWorkerThread* a, const komQtSignalWorkerThread* b) {
+            return a->load() < b->load();
+        });
+    komQtSignalWorkerThread* const chosen = least == mThreads.cend() ? nullptr : *least;
+    if (chosen && chosen->load() == 0)
         return chosen;
     if (mMaxThreads > 0 && mThreads.size() >= mMaxThreads)
         return chosen;
     // Numbered from the current list length: a number may be given again after a discard.
     auto* thread = new komQtSignalWorkerThread(
-        QStringLiteral("%1-Thread-%2").arg(objectName()).arg(mThreads.size() + 1), this);
+        QStringLiteral("%1-Thread-%2").arg(objectName(), QString::number(mThreads.size() + 1)), this);
     thread->start(QThread::InheritPriority);
     thread->setPriority(mPriority);
     mThreads.append(thread);
@@ -251,6 +218,9 @@ komQtSignalWorkerThread* komQtSignalThreadPool::allocateThread()
 
 void komQtSignalThreadPool::attachToThread(QObject* object)
 {
+    // A null object is outside the contract: no worker is made or chosen for it.
+    if (refusedNull(object, this))
+        return;
     allocateThread()->attach(object);
 }
 

@@ -9,6 +9,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <memory>
 
 class QMutex;
 
@@ -32,7 +33,10 @@ public:
     /** Destroys the worker; it must not be running. */
     ~komQtSignalWorkerThread() override;
 
-    /** Moves @p object into this thread and records it; call it from the thread that owns @p object. */
+    /**
+     * Moves @p object into this thread and records it; call it from the thread that owns
+     * @p object. A null object is refused with a warning.
+     */
     void attach(QObject* object);
     /**
      * Forgets @p object. Only when called inside this thread for an object living
@@ -58,7 +62,7 @@ private:
     Q_DISABLE_COPY(komQtSignalWorkerThread)
     void syncLoad_locked();
 
-    QMutex* mMutex;
+    std::unique_ptr<QMutex> mMutex;
     QList<QPointer<QObject>> mAttached;
     std::atomic<int> mLoad; // mAttached.size(), readable from any thread
 };
@@ -95,7 +99,7 @@ public:
 
     /** The worker that should take the next object: an idle one, else a new one, else the least loaded. */
     komQtSignalWorkerThread* allocateThread();
-    /** Attaches @p object to the worker chosen by allocateThread(). */
+    /** Attaches @p object to the worker chosen by allocateThread(); refuses a null one with a warning. */
     void attachToThread(QObject* object);
     /** Asks every worker to detach @p object, handing it to @p target. */
     void detachFromThread(QObject* object, QThread* target = nullptr);

@@ -40,42 +40,11 @@ template <class Query> bool anyOf(const QList<komQtWorkerThread*>& threads, Quer
     return std::any_of(threads.cbegin(), threads.cend(), query);
 }
 
-// Registers a waiting caller's loop under a key for the lifetime of a wait. A wait nested inside
-// another wait on the same key takes the key over and gives it back when it ends; when it ended
-// because its job did, the outer wait is ended the same way.
-class LoopRegistration
-{
-public:
-    LoopRegistration(QMap<int, QEventLoop*>& loops, int key, QEventLoop* loop)
-        : mLoops(loops)
-        , mKey(key)
-        , mPrevious(loops.value(key))
-    {
-        mLoops.insert(key, loop);
-    }
-    // The caller holds the pool lock.
-    void release(int endCode)
-    {
-        if (mPrevious) {
-            mLoops.insert(mKey, mPrevious);
-            if (endCode > 0)
-                exitLoop(mPrevious, endCode);
-        } else {
-            mLoops.remove(mKey);
-        }
-    }
-
-private:
-    QMap<int, QEventLoop*>& mLoops;
-    int mKey;
-    QEventLoop* mPrevious;
-};
-
 } // namespace
 
 komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* parent)
     : QObject(parent)
-    , mLock(new komQtLock(QMutex::Recursive))
+    , mLock(std::make_unique<komQtLock>(QMutex::Recursive))
     , mMaxThreads(maxThreads)
 {
     setObjectName(name);
@@ -87,7 +56,7 @@ komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* p
 komQtThreadPool::~komQtThreadPool()
 {
     {
-        QMutexLocker locker(mLock);
+        QMutexLocker locker(mLock.get());
         komQtThreadPool* self = this;
         gInstance.compare_exchange_strong(self, nullptr);
         const QList<komQtWorkerThread*> busyThreads = mBusyThreads;
@@ -100,7 +69,6 @@ komQtThreadPool::~komQtThreadPool()
         while (!mBusyThreads.isEmpty())
             discardThread(mBusyThreads.takeLast());
     }
-    delete mLock;
 }
 
 komQtThreadPool* komQtThreadPool::globalInstance()
@@ -126,29 +94,37 @@ bool komQtThreadPool::deleteGlobalInstance()
 
 int komQtThreadPool::newJobId()
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return gJobSequence.fetch_add(1);
 }
 
 int komQtThreadPool::schedule(kom::smart<IRunnable> job, SchedulePriority priority, int jobId)
 {
-    QMutexLocker locker(mLock);
+    // A null job is outside the contract; it would leave a worker busy for good.
+    if (!job) {
+        LogLine(Log::Warning) << "QtThreadPool: null job not scheduled";
+        return -1;
+    }
+    QMutexLocker locker(mLock.get());
     if (jobId < 0)
         jobId = newJobId();
-    if (job)
-        job->mAbortRequested = false;
+    job->mAbortRequested = false;
     komQtWorkerThread* thread = allocateIdleThread();
     if (!thread)
         thread = allocateBusyThread();
-    // Never null: a pool at its positive maximum has workers, and they are all busy.
-    if (thread)
-        thread->schedule(jobId, job, priority);
+    if (!thread) {
+        // Only when no worker thread could be started and none runs: the job cannot be queued.
+        job->mAbortRequested = true;
+        LogLine(Log::Error) << "QtThreadPool: no worker thread could be started; job " << jobId << " aborted";
+        return jobId;
+    }
+    thread->schedule(jobId, job, priority);
     return jobId;
 }
 
 komQtWorkerThread* komQtThreadPool::allocateIdleThread()
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     const bool wasIdle = isIdle();
     komQtWorkerThread* thread;
     if (mIdleThreads.isEmpty()) {
@@ -157,17 +133,25 @@ komQtWorkerThread* komQtThreadPool::allocateIdleThread()
             return nullptr;
         thread = new komQtWorkerThread(
             QStringLiteral("%1-Thread-%2").arg(objectName(), QString::number(count + 1)), nullptr);
-        // A worker created by a caller in another thread belongs to the pool's thread all the
-        // same, whose event loop deletes it when it ends.
+        thread->start(QThread::InheritPriority);
+        // A thread that could not be created (Qt has said why) would hold its jobs for good: the
+        // worker is dropped, and the job goes to a running one. Nothing is connected yet, as a
+        // worker emits nothing before it is given a job.
+        if (!thread->QThread::isRunning()) { // the worker's own isRunning() is about jobs
+            delete thread;
+            return nullptr;
+        }
+        // Moved to the pool's thread, which deletes it when it ends, also when it was created
+        // by a caller in another thread.
         thread->moveToThread(QObject::thread());
         ko::connect(thread, SIGNAL(jobStarted(int)), this, SIGNAL(jobStarted(int)), Qt::AutoConnection);
         ko::connect(
             thread, SIGNAL(jobFinished(int, int)), this, SIGNAL(jobFinished(int, int)), Qt::AutoConnection);
         ko::connect(
             thread, SIGNAL(jobFinished(int, int)), this, SLOT(reclaimThread(int, int)), Qt::AutoConnection);
+        // Qt 5 has no terminated() signal to connect.
         ko::connect(thread, SIGNAL(finished()), this, SLOT(discardThread()), Qt::AutoConnection);
         ko::connect(thread, SIGNAL(destroyed()), this, SLOT(discardThread()), Qt::AutoConnection);
-        thread->start(QThread::InheritPriority);
         LogLine(Log::Message) << "QtThreadPool: count worker threads: " << count + 1;
     } else {
         thread = mIdleThreads.takeLast();
@@ -182,9 +166,10 @@ komQtWorkerThread* komQtThreadPool::allocateIdleThread()
 
 komQtWorkerThread* komQtThreadPool::allocateBusyThread()
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     komQtWorkerThread* best = nullptr;
     int bestLoad = 0;
+    // One pass that reads each load once: a load is taken under the worker's queue lock.
     for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
         const int load = thread->workLoad();
         if (!best || load < bestLoad) {
@@ -200,14 +185,12 @@ komQtWorkerThread* komQtThreadPool::workerFromSender() const
     // The sender is matched against the pool's own workers before it is looked at: a worker's
     // finished() can arrive after the worker has deleted itself, and a worker in neither list
     // is no longer the pool's business.
-    QObject* object = sender();
-    for (komQtWorkerThread* thread : mBusyThreads) {
-        if (static_cast<QObject*>(thread) == object)
-            return thread;
-    }
-    for (komQtWorkerThread* thread : mIdleThreads) {
-        if (static_cast<QObject*>(thread) == object)
-            return thread;
+    const QObject* object = sender();
+    const auto isSender = [object](const komQtWorkerThread* thread) { return thread == object; };
+    for (const QList<komQtWorkerThread*>* list : { &mBusyThreads, &mIdleThreads }) {
+        const auto found = std::find_if(list->cbegin(), list->cend(), isSender);
+        if (found != list->cend())
+            return *found;
     }
     return nullptr;
 }
@@ -220,17 +203,18 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
             return;
     }
     {
-        QMutexLocker locker(mLock);
+        QMutexLocker locker(mLock.get());
         const bool wasIdle = !mIdleThreads.isEmpty();
         const bool known = mBusyThreads.removeAll(thread) + mIdleThreads.removeAll(thread) > 0;
-        // A worker in neither list was discarded and shut down; taking it back would leave a
-        // dangling worker in the idle list once it deletes itself.
+        // A worker in neither list was discarded and shut down; taking it back would hand the
+        // next job to a worker that is ending, and leave a dangling one in the idle list.
         if (known)
             mIdleThreads.append(thread);
-        if (QEventLoop* loop = mEventLoops.value(jobId))
-            exitLoop(loop, jobId);
-        if (QEventLoop* loop = mEventLoops.value(0))
-            exitLoop(loop, jobId);
+        // Every wait for this job and every wait for all jobs, whatever its thread or depth.
+        for (int key : { jobId, 0 }) {
+            for (QEventLoop* loop : mEventLoops.values(key))
+                exitLoop(loop, jobId);
+        }
         if (!wasIdle && !mIdleThreads.isEmpty()) {
             mIdleSince.start();
             Q_EMIT idle();
@@ -242,7 +226,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
 
 void komQtThreadPool::discardThread(komQtWorkerThread* thread)
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     bool beingDestroyed = false;
     if (!thread) {
         thread = workerFromSender();
@@ -260,7 +244,7 @@ void komQtThreadPool::discardThread(komQtWorkerThread* thread)
     if (found && !beingDestroyed) {
         // The worker's finished() would arrive after it has deleted itself, when a new worker may
         // already live at its address: it is not listened to any more.
-        QObject::disconnect(thread, SIGNAL(finished()), this, SLOT(discardThread()));
+        QObject::disconnect(thread, &QThread::finished, this, nullptr);
         thread->shutDown();
     }
     // Discarding only shrinks the idle list, so this never fires; kept as the other slots have it.
@@ -272,7 +256,7 @@ void komQtThreadPool::discardThread(komQtWorkerThread* thread)
 
 void komQtThreadPool::setMaxThreads(int maxThreads)
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     mMaxThreads = maxThreads;
     while (countThreads() > mMaxThreads && !mIdleThreads.isEmpty())
         discardThread(mIdleThreads.last());
@@ -280,14 +264,14 @@ void komQtThreadPool::setMaxThreads(int maxThreads)
 
 bool komQtThreadPool::changePriority(int jobId, SchedulePriority priority)
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return anyOf(
         mBusyThreads, [=](komQtWorkerThread* thread) { return thread->changePriority(jobId, priority); });
 }
 
 void komQtThreadPool::requestAbort(QSet<int>& jobIds)
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
         // An id leaves the set at the first worker that does not hold it, before later workers
         // see it: callers rely on this rule as it stands.
@@ -302,19 +286,19 @@ void komQtThreadPool::requestAbort(QSet<int>& jobIds)
 
 int komQtThreadPool::countThreads() const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return mIdleThreads.count() + mBusyThreads.count();
 }
 
 int komQtThreadPool::countBusyThreads() const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return mBusyThreads.count();
 }
 
 bool komQtThreadPool::isIdle() const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return !mIdleThreads.isEmpty();
 }
 
@@ -325,26 +309,26 @@ const QTime& komQtThreadPool::isIdleSince() const
 
 bool komQtThreadPool::isRunning(int jobId) const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isRunning(jobId); });
 }
 
 bool komQtThreadPool::isScheduled(int jobId) const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduled(jobId); });
 }
 
 bool komQtThreadPool::isScheduledOrRunning(int jobId) const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     return anyOf(
         mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduledOrRunning(jobId); });
 }
 
 bool komQtThreadPool::isFinished(int jobId) const
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     if (jobId >= gJobSequence)
         return false;
     return !isScheduledOrRunning(jobId);
@@ -354,7 +338,9 @@ void komQtThreadPool::setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long 
 {
     if (timeout < 0)
         return;
-    ko::connect(&timer, SIGNAL(timeout()), &loop, SLOT(quit()), Qt::DirectConnection);
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit, Qt::DirectConnection);
+    // A coarse timer may fire up to 5% early; a wait never ends before its limit.
+    timer.setTimerType(Qt::PreciseTimer);
     timer.setSingleShot(true);
     timer.setInterval(int(timeout));
     timer.start();
@@ -362,12 +348,12 @@ void komQtThreadPool::setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long 
 
 bool komQtThreadPool::waitForFinished(int jobId, long timeout)
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     if (!isScheduledOrRunning(jobId))
         return jobId < gJobSequence;
     QEventLoop loop;
     QTimer timer;
-    LoopRegistration registration(mEventLoops, jobId, &loop);
+    mEventLoops.insert(jobId, &loop);
     setupEventLoopTimer(loop, timer, timeout);
     locker.unlock();
 
@@ -389,25 +375,24 @@ bool komQtThreadPool::waitForFinished(int jobId, long timeout)
     }
 
     locker.relock();
-    registration.release(result ? jobId : 0);
+    mEventLoops.remove(jobId, &loop);
     return result;
 }
 
 bool komQtThreadPool::waitForAllFinished(long timeout)
 {
-    QMutexLocker locker(mLock);
+    QMutexLocker locker(mLock.get());
     if (mBusyThreads.isEmpty())
         return true;
     QEventLoop loop;
     QTimer timer;
-    LoopRegistration registration(mEventLoops, 0, &loop);
+    mEventLoops.insert(0, &loop);
     setupEventLoopTimer(loop, timer, timeout);
 
     bool result = false;
-    int code = 0;
     for (;;) {
         locker.unlock();
-        code = loop.exec();
+        const int code = loop.exec();
         locker.relock();
         if (code == 0)
             break;
@@ -424,7 +409,7 @@ bool komQtThreadPool::waitForAllFinished(long timeout)
     if (!result && !mBusyThreads.isEmpty())
         LogLine(Log::Warning) << "jobs in progress";
 
-    registration.release(result ? code : 0);
+    mEventLoops.remove(0, &loop);
     return result;
 }
 

@@ -5,12 +5,13 @@
 #include "platform/kom/komSmart.h"
 
 #include <QList>
-#include <QMap>
+#include <QMultiMap>
 #include <QObject>
 #include <QSet>
 #include <QTime>
 
 #include <atomic>
+#include <memory>
 
 class QEventLoop;
 class QTimer;
@@ -69,6 +70,8 @@ public:
     /**
      * Queues @p job with @p priority under @p jobId (a negative id draws a new one)
      * on a free worker, a new one, or the least-loaded busy one; returns the id.
+     * A null job is refused (-1). When no worker thread can be started and none is
+     * running, the job is flagged as aborted and its id returned.
      */
     virtual int schedule(
         kom::smart<IRunnable> job, SchedulePriority priority = ScheduleNormalPriority, int jobId = -1);
@@ -80,7 +83,11 @@ public:
     /**
      * Aborts the queued jobs of @p jobIds on the busy workers. An id leaves the set
      * when aborted, or as soon as one busy worker does not hold it; ids of running
-     * jobs stay.
+     * jobs stay. Only busy workers are asked: a worker back in the idle list hides the
+     * jobs still in its queue. An aborted job sends no end signal, so a worker left with
+     * nothing but aborted jobs stays busy until it is given another job, and
+     * waitForAllFinished(-1) waits that long: wait on the id of the last job that is
+     * not aborted, or count jobFinished(), instead.
      */
     void requestAbort(QSet<int>& jobIds);
 
@@ -101,11 +108,23 @@ public:
     /** True when @p jobId was issued and no busy worker runs or queues it. */
     bool isFinished(int jobId) const;
 
-    /** For a non-negative @p timeout (ms), makes @p timer a single shot that quits @p loop. */
+    /** For a non-negative @p timeout (ms), makes @p timer a precise single shot that quits @p loop. */
     void setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long timeout);
-    /** Waits in a nested event loop until @p jobId ends (true) or @p timeout ms (-1: no limit) pass. */
+    /**
+     * Waits in a nested event loop until @p jobId ends (true) or @p timeout ms (-1: no limit)
+     * pass (false). A worker back in the idle list hides the jobs still in its queue: for
+     * those this returns true at once. A job aborted while it is waited for sends no end
+     * signal, so the wait runs to its limit. To wait for a batch, wait on the id of its
+     * last job (scheduled last, not aborted), or count jobFinished().
+     */
     bool waitForFinished(int jobId, long timeout = -1);
-    /** Waits in a nested event loop until no worker is busy (true) or @p timeout ms pass (false). */
+    /**
+     * Waits in a nested event loop until no worker is busy (true) or @p timeout ms pass
+     * (false). A worker back in the idle list hides the jobs still in its queue, so this
+     * can return before they ran; a worker whose jobs were all aborted stays busy until it
+     * is given another job, so with -1 this can wait forever. Wait on the id of the last
+     * job (scheduled last, not aborted), or count jobFinished(), instead.
+     */
     bool waitForAllFinished(long timeout = -1);
 
 Q_SIGNALS:
@@ -130,15 +149,18 @@ public Q_SLOTS:
 
 protected:
     /** Recursive; guards every member below. */
-    komQtLock* mLock;
+    std::unique_ptr<komQtLock> mLock;
     /** Workers free for a new job. */
     QList<komQtWorkerThread*> mIdleThreads;
     /** Workers handed a job whose end has not been reported. */
     QList<komQtWorkerThread*> mBusyThreads;
     /** Maximum number of workers; 0 or less: no limit. */
     int mMaxThreads;
-    /** Nested loops of waiting callers by job id; 0 is the caller of waitForAllFinished(). */
-    QMap<int, QEventLoop*> mEventLoops;
+    /**
+     * The loops of waiting callers by job id, 0 for callers of waitForAllFinished();
+     * each wait, in any thread and at any depth, has an entry of its own.
+     */
+    QMultiMap<int, QEventLoop*> mEventLoops;
     /** Started when the pool becomes idle, invalid while busy. */
     QTime mIdleSince;
 

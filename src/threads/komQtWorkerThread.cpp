@@ -1,22 +1,27 @@
 #include "threads/komQtWorkerThread.h"
 
 #include "log/LogQt.h"
+#include "threads/CaughtException_p.h"
 #include "threads/IRunnable.h"
 
 #include <QDateTime>
-#include <QElapsedTimer>
 #include <QMutex>
 #include <QMutexLocker>
 #include <QTime>
 #include <QWaitCondition>
 
+#include <algorithm>
 #include <climits>
+
+#include <pthread.h>
 
 namespace ko
 {
 
 namespace
 {
+
+constexpr int msecsPerDay = 86400000;
 
 komQtWorkerThread::SchedulePriority masked(int priority)
 {
@@ -30,7 +35,6 @@ komQtWorkerThread::SchedulePriority masked(int priority)
 // thread instead; a time zone or daylight saving change is seen within that second.
 QTime currentLocalTime()
 {
-    constexpr qint64 msecsPerDay = 86400000;
     thread_local qint64 offsetValidFrom = 0;
     thread_local qint64 offsetValidUntil = 0;
     thread_local qint64 offsetMsecs = 0;
@@ -43,6 +47,46 @@ QTime currentLocalTime()
     return QTime::fromMSecsSinceStartOfDay(
         int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
 }
+
+// What QTime::elapsed() gives for @p start (a start later in the day than now counts as one on the
+// day before), read against currentLocalTime().
+int elapsedSince(const QTime& start)
+{
+    const int msecs = start.msecsTo(currentLocalTime());
+    return msecs < 0 ? msecs + msecsPerDay : msecs;
+}
+
+// Gives the calling worker thread a job's priority with QThread::setPriority(), before every job.
+// That call costs three system calls, so it is left out when the thread is still exactly as the
+// same call left it for an earlier job: Qt reports that priority, and the scheduling policy and
+// parameter, as the C library reports them, are the ones the call produced. A job that changed its
+// thread's priority through Qt or the C library is therefore seen, and the call is made again.
+class JobPriority
+{
+public:
+    void apply(QThread* thread, int priority)
+    {
+        // InheritPriority is passed on every time: Qt refuses it with a warning and keeps the priority.
+        if (priority == mPriority && priority != QThread::InheritPriority && thread->priority() == priority
+            && scheduling() == mScheduling)
+            return;
+        thread->setPriority(QThread::Priority(priority));
+        mPriority = priority;
+        mScheduling = scheduling();
+    }
+
+private:
+    static QPair<int, int> scheduling()
+    {
+        int policy = -1;
+        sched_param parameter {};
+        pthread_getschedparam(pthread_self(), &policy, &parameter);
+        return qMakePair(policy, parameter.sched_priority);
+    }
+
+    int mPriority = -1;
+    QPair<int, int> mScheduling;
+};
 
 } // namespace
 
@@ -87,17 +131,13 @@ komQtWorkerThread::~komQtWorkerThread()
         QObject::disconnect(this, &QThread::finished, nullptr, nullptr);
         mShutDown = true;
         {
-            QMutexLocker waitLock(mWaitMutex);
+            QMutexLocker waitLock(mWaitMutex.get());
             mWaitCondition->wakeAll();
         }
         wait();
     }
     mJobs.clear();
     mCurrent = JobEntry();
-    delete mWaitCondition;
-    delete mWaitMutex;
-    delete mQueueMutex;
-    delete mJobTimer;
 }
 
 bool komQtWorkerThread::lessThanByFifoPriority(const JobEntry& a, const JobEntry& b)
@@ -116,41 +156,25 @@ bool komQtWorkerThread::lessThanByLifoPriority(const JobEntry& a, const JobEntry
 
 int komQtWorkerThread::insertIndexOf(SchedulePriority priority) const
 {
-    const int count = mJobs.count();
-    if (count == 0)
-        return 0;
     const bool lifo = (priority & komQtThreadPool::ScheduleLifo) != 0;
-    bool (*lessThan)(const JobEntry&, const JobEntry&)
-        = lifo ? &lessThanByLifoPriority : &lessThanByFifoPriority;
     JobEntry probe;
     probe.jobId = INT_MAX;
     probe.priority = masked(priority);
+    const auto lessThan = lifo ? &lessThanByLifoPriority : &lessThanByFifoPriority;
+    const auto found = std::lower_bound(mJobs.cbegin(), mJobs.cend(), probe, lessThan);
     // Exact-match search: the lower bound counts only when the entry there compares equal to
     // the probe. No queued job does, so new jobs go to the back and the queue keeps arrival
     // order; callers rely on that order.
-    int first = 0;
-    int length = count;
-    while (length > 0) {
-        const int half = length / 2;
-        if (lessThan(mJobs.at(first + half), probe)) {
-            first += half + 1;
-            length -= half + 1;
-        } else {
-            length = half;
-        }
-    }
-    if (first == count || lessThan(probe, mJobs.at(first)))
-        return count;
-    return first;
+    if (found == mJobs.cend() || lessThan(probe, *found))
+        return mJobs.count();
+    return int(found - mJobs.cbegin());
 }
 
 int komQtWorkerThread::indexOf(int jobId) const
 {
-    for (int i = 0; i < mJobs.count(); ++i) {
-        if (mJobs.at(i).jobId == jobId)
-            return i;
-    }
-    return -1;
+    const auto found = std::find_if(
+        mJobs.cbegin(), mJobs.cend(), [jobId](const JobEntry& entry) { return entry.jobId == jobId; });
+    return found == mJobs.cend() ? -1 : int(found - mJobs.cbegin());
 }
 
 void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, SchedulePriority priority)
@@ -160,7 +184,7 @@ void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, Sche
         object->moveToThread(this);
     bool wake;
     {
-        QMutexLocker queueLock(mQueueMutex);
+        QMutexLocker queueLock(mQueueMutex.get());
         const int i = insertIndexOf(priority);
         if (i < mJobs.count())
             mJobs.insert(i, entry);
@@ -173,7 +197,7 @@ void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, Sche
     if (wake) {
         // Under the wait mutex, so the wake cannot fall between the loop's look at the queue and
         // its wait.
-        QMutexLocker waitLock(mWaitMutex);
+        QMutexLocker waitLock(mWaitMutex.get());
         mWaitCondition->wakeAll();
     }
 }
@@ -181,7 +205,7 @@ void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, Sche
 bool komQtWorkerThread::requestAbort(int jobId)
 {
     kom::smart<IRunnable> dropped;
-    QMutexLocker queueLock(mQueueMutex);
+    QMutexLocker queueLock(mQueueMutex.get());
     const int i = indexOf(jobId);
     if (i < 0)
         return false;
@@ -197,7 +221,7 @@ bool komQtWorkerThread::changePriority(int jobId, SchedulePriority priority)
 {
     if (jobId < 1)
         return false;
-    QMutexLocker queueLock(mQueueMutex);
+    QMutexLocker queueLock(mQueueMutex.get());
     const int current = indexOf(jobId);
     if (current < 0)
         return false;
@@ -217,19 +241,24 @@ bool komQtWorkerThread::changePriority(int jobId, SchedulePriority priority)
 
 bool komQtWorkerThread::isRunning() const
 {
-    QMutexLocker queueLock(mQueueMutex);
+    QMutexLocker queueLock(mQueueMutex.get());
     return mCurrent.jobId > 0;
 }
 
 bool komQtWorkerThread::isRunning(int jobId) const
 {
-    QMutexLocker queueLock(mQueueMutex);
+    QMutexLocker queueLock(mQueueMutex.get());
     return mCurrent.jobId == jobId;
 }
 
 bool komQtWorkerThread::isScheduled(int jobId) const
 {
-    QMutexLocker queueLock(mQueueMutex);
+    QMutexLocker queueLock(mQueueMutex.get());
+    return isScheduled_locked(jobId);
+}
+
+bool komQtWorkerThread::isScheduled_locked(int jobId) const
+{
     const int i = indexOf(jobId);
     // An empty handle is outside the scheduling contract; it counts as not scheduled.
     return i >= 0 && mJobs.at(i).runnable && !mJobs.at(i).runnable->mAbortRequested;
@@ -237,17 +266,14 @@ bool komQtWorkerThread::isScheduled(int jobId) const
 
 bool komQtWorkerThread::isScheduledOrRunning(int jobId) const
 {
-    {
-        QMutexLocker queueLock(mQueueMutex);
-        if (mCurrent.jobId == jobId)
-            return true;
-    }
-    return isScheduled(jobId);
+    // One look under one lock: the job may move from the queue to the current entry at any time.
+    QMutexLocker queueLock(mQueueMutex.get());
+    return mCurrent.jobId == jobId || isScheduled_locked(jobId);
 }
 
 int komQtWorkerThread::workLoad() const
 {
-    QMutexLocker queueLock(mQueueMutex);
+    QMutexLocker queueLock(mQueueMutex.get());
     return mJobs.count() + (mCurrent.jobId >= 1 ? 1 : 0);
 }
 
@@ -256,75 +282,75 @@ void komQtWorkerThread::shutDown()
     mShutDown = true;
     QList<JobEntry> dropped;
     {
-        QMutexLocker queueLock(mQueueMutex);
+        QMutexLocker queueLock(mQueueMutex.get());
         dropped.swap(mJobs);
     }
-    QMutexLocker waitLock(mWaitMutex);
+    QMutexLocker waitLock(mWaitMutex.get());
     mWaitCondition->wakeAll();
     waitLock.unlock();
     dropped.clear(); // the jobs may die with their last handles: not under a worker lock
 }
 
+bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
+{
+    if (mJobs.isEmpty())
+        return false;
+    next = mJobs.takeFirst();
+    // A job aborted after it was queued, or an empty handle (outside the scheduling contract), is
+    // dropped without a signal. It never shows as the current job, so nobody waits for its end.
+    if (next.runnable && !next.runnable->mAbortRequested)
+        mCurrent = next;
+    return true;
+}
+
+void komQtWorkerThread::runJob(const JobEntry& entry)
+{
+    *mJobTimer = currentLocalTime(); // as QTime::start() would set it
+    Q_EMIT jobStarted(entry.jobId);
+    try {
+        entry.runnable->run(entry.jobId, *mJobTimer);
+    } catch (...) {
+        // Jobs must not throw; one that does is reported as the signal pool reports what escapes
+        // its workers, and ends like any other job.
+        logCaughtException(Log::Error, objectName());
+    }
+    const int elapsed = elapsedSince(*mJobTimer); // the job may have restarted its timer
+    {
+        // Cleared before the end is announced, so that a caller woken by the end never sees the
+        // job still running.
+        QMutexLocker queueLock(mQueueMutex.get());
+        mCurrent.clear();
+    }
+    Q_EMIT jobFinished(entry.jobId, elapsed);
+}
+
 void komQtWorkerThread::run()
 {
     QThread::setTerminationEnabled(true);
-    int appliedPriority = -1; // the thread priority last set here
-    kom::smart<IRunnable> job; // the job in hand; let go of only while no worker lock is held
+    JobPriority priority;
     while (!mShutDown) {
-        mWaitMutex->lock();
-        mQueueMutex->lock();
-        for (;;) {
-            mCurrent.clear();
-            if (mJobs.isEmpty())
-                break;
-            mCurrent = mJobs.takeFirst();
-            const int jobId = mCurrent.jobId;
-            const int priority = mCurrent.priority;
-            // An empty handle is outside the scheduling contract: it is dropped like an aborted job.
-            const bool drop = !mCurrent.runnable || mCurrent.runnable->mAbortRequested;
-            mQueueMutex->unlock();
+        QMutexLocker waitLock(mWaitMutex.get());
+        QMutexLocker queueLock(mQueueMutex.get());
+        JobEntry next;
+        while (takeNextJob_locked(next)) {
+            const bool runs = mCurrent.jobId != -1;
+            queueLock.unlock();
             // No worker lock is held while a job runs: schedule() never waits for a job.
-            mWaitMutex->unlock();
-            job = mCurrent.runnable; // only this thread changes mCurrent
-            if (!drop) {
-                // Only real thread priorities are applied; InheritPriority and larger values keep
-                // the thread's priority as it is.
-                if (priority <= QThread::TimeCriticalPriority && priority != appliedPriority) {
-                    setPriority(QThread::Priority(priority));
-                    appliedPriority = priority;
-                }
-                // Started like QTime::start(); the elapsed time is read from the monotonic clock,
-                // which agrees with QTime::elapsed() and stays right across clock changes.
-                *mJobTimer = currentLocalTime();
-                QElapsedTimer clock;
-                clock.start();
-                Q_EMIT jobStarted(jobId);
-                job->run(jobId, *mJobTimer);
-                const int elapsed = int(clock.elapsed());
-                // Cleared before the end is announced: once the pool has taken the worker back, the
-                // job must not show as running any more.
-                mQueueMutex->lock();
-                mCurrent.clear();
-                mQueueMutex->unlock();
-                Q_EMIT jobFinished(jobId, elapsed);
+            waitLock.unlock();
+            if (runs) {
+                priority.apply(this, next.priority);
+                runJob(next);
             }
-            mWaitMutex->lock();
-            mQueueMutex->lock();
-        }
-        if (job) {
-            // Let go of the last job with no lock held (it may die here), then look again.
-            mQueueMutex->unlock();
-            mWaitMutex->unlock();
-            job.reset();
-            continue;
+            next.clear(); // the job may die with this last handle: not under a worker lock
+            waitLock.relock();
+            queueLock.relock();
         }
         const bool stopping = mShutDown;
-        mQueueMutex->unlock();
+        queueLock.unlock();
         // shutDown() sets the flag before it takes the wait mutex: either the flag is seen here,
         // or its wake reaches the wait below.
         if (!stopping)
-            mWaitCondition->wait(mWaitMutex);
-        mWaitMutex->unlock();
+            mWaitCondition->wait(mWaitMutex.get());
     }
     LogLine(Log::Message) << objectName() << " finished.";
     deleteLater();

@@ -9,6 +9,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <memory>
 
 class QMutex;
 class QTime;
@@ -26,6 +27,7 @@ class IRunnable;
  * Lock order: mWaitMutex before mQueueMutex. mWaitMutex is held while the loop
  * looks at the queue and waits, never while a job runs, so schedule() and
  * shutDown() can take it around their wake-up without waiting for a job.
+ * Functions whose names end in _locked expect mQueueMutex held.
  */
 class COREQT_EXPORT komQtWorkerThread : public QThread
 {
@@ -98,12 +100,16 @@ protected:
     void run() override;
 
 private:
+    bool isScheduled_locked(int jobId) const;
+    bool takeNextJob_locked(JobEntry& next);
+    void runJob(const JobEntry& entry);
+
     QList<JobEntry> mJobs;
     JobEntry mCurrent;
-    QWaitCondition* mWaitCondition;
-    QMutex* mWaitMutex;
-    QMutex* mQueueMutex;
-    QTime* mJobTimer;
+    std::unique_ptr<QWaitCondition> mWaitCondition;
+    std::unique_ptr<QMutex> mWaitMutex;
+    std::unique_ptr<QMutex> mQueueMutex;
+    std::unique_ptr<QTime> mJobTimer;
     std::atomic<bool> mShutDown;
 };
 

@@ -55,6 +55,8 @@ void tst_LogQt::getStream()
     QTextStream* debug = front.getStream(Log::Debug);
     QVERIFY(debug);
     QCOMPARE(front.getStream(Log::ELevel(7)), debug);
+    QCOMPARE(front.getStream(Log::ELevel(-1)), debug); // negative levels are outside the contract: slot 0
+    QCOMPARE(front.getStream(Log::ELevel(-1000000)), debug);
     QVERIFY(front.getStream(Log::Warning) != debug);
 
     // A level above 4 asks the fronted log for slot 0, not for its raw value.
@@ -128,6 +130,8 @@ void tst_LogQt::lineIdiom_data()
     QTest::newRow("at threshold") << 2 << 2 << true;
     QTest::newRow("above threshold") << 2 << 4 << true;
     QTest::newRow("level 7 uses slot 0") << 1 << 7 << true;
+    QTest::newRow("negative level uses slot 0") << -2 << -1 << true;
+    QTest::newRow("negative level below threshold") << 0 << -1 << false;
 }
 
 void tst_LogQt::lineIdiom()
@@ -138,11 +142,10 @@ void tst_LogQt::lineIdiom()
     LogCapture capture { Log::ELevel(threshold) };
     ko::LogLine(Log::ELevel(level)) << "count: " << 3 << ' ' << QStringLiteral("items");
     LogQt::write(Log::ELevel(level), QStringLiteral("second"));
-    const QStringList lines = capture.lines(Log::ELevel(level < 5 ? level : 0));
-    QCOMPARE(lines, written ? QStringList({ "count: 3 items", "second" }) : QStringList());
+    const auto slot = Log::ELevel(level >= 0 && level < 5 ? level : 0);
+    QCOMPARE(capture.lines(slot), written ? QStringList({ "count: 3 items", "second" }) : QStringList());
     if (written)
-        QVERIFY(capture.text(Log::ELevel(level < 5 ? level : 0))
-                    .contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
+        QVERIFY(capture.text(slot).contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
 }
 
 void tst_LogQt::lineKeepsNumberFlags()

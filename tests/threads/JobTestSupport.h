@@ -26,8 +26,10 @@ struct RecordingJob : ko::IRunnable
     {
         mThread = QThread::currentThread();
         mThreadName = mThread->objectName();
-        mPriority = mThread->priority();
+        mPriority = mThread->priority(); // Qt keeps values above InheritPriority too
         mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
+        if (mNewPriority != QThread::InheritPriority)
+            mThread->setPriority(mNewPriority);
         mStarted.release();
         if (mGate)
             mGate->acquire();
@@ -45,8 +47,32 @@ struct RecordingJob : ko::IRunnable
     std::atomic<int> mRuns { 0 };
     QPointer<QThread> mThread;
     QString mThreadName;
-    QThread::Priority mPriority = QThread::InheritPriority;
+    int mPriority = QThread::InheritPriority;
+    QThread::Priority mNewPriority = QThread::InheritPriority; // given to its own thread, unless Inherit
     int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
+};
+
+/** A started worker outside any pool, shut down at the end. */
+struct Worker
+{
+    QPointer<ko::komQtWorkerThread> thread = new ko::komQtWorkerThread(QStringLiteral("Unit"));
+    QList<int> order;
+
+    Worker() { thread->start(); }
+    ~Worker()
+    {
+        if (thread)
+            thread->shutDown();
+        spinUntil([this]() { return thread.isNull(); });
+    }
+    kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore* gate = nullptr)
+    {
+        kom::smart<RecordingJob> job(new RecordingJob);
+        job->mGate = gate;
+        job->mOrder = &order;
+        thread->schedule(id, job, ko::komQtThreadPool::SchedulePriority(priority));
+        return job;
+    }
 };
 
 /** A pool whose internals a test can reach. */
@@ -63,7 +89,7 @@ struct TestPool : ko::komQtThreadPool
     /** Queued and running jobs of every worker, idle or busy. */
     int totalWorkLoad() const
     {
-        QMutexLocker locker(mLock);
+        QMutexLocker locker(mLock.get());
         int load = 0;
         for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
             load += thread->workLoad();
@@ -71,7 +97,8 @@ struct TestPool : ko::komQtThreadPool
     }
     void exitWaitLoop(int key, int code)
     {
-        if (QEventLoop* loop = mEventLoops.value(key))
+        QMutexLocker locker(mLock.get());
+        for (QEventLoop* loop : mEventLoops.values(key))
             loop->exit(code);
     }
     /**

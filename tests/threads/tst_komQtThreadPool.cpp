@@ -1,8 +1,12 @@
 #include "JobTestSupport.h"
 #include "LogCapture.h"
 
+#include <QProcess>
 #include <QSignalSpy>
 #include <QtTest>
+
+#include <pthread.h>
+#include <sys/resource.h>
 
 #include <thread>
 #include <vector>
@@ -32,6 +36,10 @@ private Q_SLOTS:
     void newPoolSignalsAndWorkers();
     void waits_data();
     void waits();
+    void waitLimitNeverEarly_data();
+    void waitLimitNeverEarly();
+    void threadLimit_data();
+    void threadLimit();
     void abortAndPriority();
     void singleWorker();
     void setMaxThreadsDiscardsIdleOnly_data();
@@ -45,11 +53,18 @@ private Q_SLOTS:
 
 void tst_komQtThreadPool::idsAndWaitsThatReturnAtOnce()
 {
+    LogCapture capture;
     TestPool pool; // runs first: ids are process-wide
     QVERIFY(!pool.isFinished(1));
+    // A null job is refused before it costs an id or a worker.
+    QCOMPARE(pool.schedule(kom::smart<ko::IRunnable>()), -1);
+    QCOMPARE(pool.countThreads(), 0);
+    QCOMPARE(capture.allLines(), QStringList("2|QtThreadPool: null job not scheduled"));
     QCOMPARE(pool.newJobId(), 1);
-    QVERIFY(pool.isFinished(1) && !pool.isFinished(5));
-    QVERIFY(pool.waitForFinished(1, -1) && !pool.waitForFinished(2, -1)); // issued or not, held by no worker
+    QVERIFY(pool.isFinished(1));
+    QVERIFY(!pool.isFinished(5));
+    QVERIFY(pool.waitForFinished(1, -1)); // issued, held by no worker
+    QVERIFY(!pool.waitForFinished(2, -1)); // not issued yet
     QVERIFY(pool.waitForAllFinished(-1));
 }
 
@@ -62,21 +77,26 @@ void tst_komQtThreadPool::newPoolSignalsAndWorkers()
     connect(&pool, &komQtThreadPool::busy, this, [&]() { events << "busy"; });
     QSignalSpy started(&pool, &komQtThreadPool::jobStarted), finished(&pool, &komQtThreadPool::jobFinished);
     // idle() came from the constructor, before anyone listened; without workers the pool is not idle.
-    QVERIFY(!pool.isIdle() && pool.isIdleSince().isValid());
+    QVERIFY(!pool.isIdle());
+    QVERIFY(pool.isIdleSince().isValid());
     int id;
     kom::smart<RecordingJob> job1 = scheduleJob(pool, id, nullptr, 20);
     QVERIFY(events.isEmpty()); // a new worker triggers no busy()
-    QVERIFY(pool.waitForFinished(id, -1) && spinUntil([&]() { return pool.isIdle(); }));
+    QVERIFY(pool.waitForFinished(id, -1));
+    QVERIFY(spinUntil([&]() { return pool.isIdle(); }));
     QCOMPARE(events, QStringList({ "idle" }));
     // Two jobFinished per job, relayed and from reclaimThread(), both with the elapsed time.
-    QVERIFY(started.count() == 1 && finished.count() == 2 && finished.at(0) == finished.at(1));
+    QCOMPARE(started.count(), 1);
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(finished.at(0), finished.at(1));
     QVERIFY(finished.at(0).at(1).toInt() >= 15);
 
     QSemaphore gate;
     QList<kom::smart<RecordingJob>> jobs { scheduleJob(pool, id, &gate), scheduleJob(pool, id, &gate),
         scheduleJob(pool, id, &gate) };
     QCOMPARE(events, QStringList({ "idle", "busy" }));
-    QVERIFY(!pool.isIdleSince().isValid() && pool.countThreads() == 2); // the third job went to a busy worker
+    QVERIFY(!pool.isIdleSince().isValid());
+    QCOMPARE(pool.countThreads(), 2); // the third job went to a busy worker
     gate.release(3);
     QVERIFY(spinUntil([&]() { return finished.count() == 8; }));
     QCOMPARE(job1->mThreadName + jobs.at(1)->mThreadName, QStringLiteral("Render-Thread-1Render-Thread-2"));
@@ -134,6 +154,118 @@ void tst_komQtThreadPool::waits()
     QVERIFY(pool.retire());
 }
 
+void tst_komQtThreadPool::waitLimitNeverEarly_data()
+{
+    QTest::addColumn<bool>("all");
+    QTest::newRow("one job") << false;
+    QTest::newRow("all jobs") << true;
+}
+
+void tst_komQtThreadPool::waitLimitNeverEarly()
+{
+    // A coarse timer of 100 ms may end up to 5 ms early, on a multiple of 100 ms of the monotonic
+    // clock; the limit is set to end 10 ms past one, where such a timer would be rounded down.
+    QFETCH(bool, all);
+    LogCapture capture;
+    TestPool pool;
+    QSemaphore gate;
+    int id;
+    kom::smart<RecordingJob> job = scheduleJob(pool, id, &gate);
+    QElapsedTimer clock;
+    do
+        clock.start();
+    while (clock.msecsSinceReference() % 100 != 10);
+    QVERIFY(!(all ? pool.waitForAllFinished(100) : pool.waitForFinished(id, 100)));
+    QVERIFY2(clock.elapsed() >= 100, qPrintable(QString::number(clock.elapsed())));
+    gate.release();
+    QVERIFY(pool.retire());
+}
+
+namespace
+{
+
+// Caps the address space at what the process uses plus half a thread stack, so that
+// pthread_create() fails for want of room, as under any resource limit; returns the limit it
+// replaced. The limit on the number of threads (RLIMIT_NPROC) would be the obvious one, but it
+// does not bind root, and these tests may run as root.
+rlimit capThreadCreation()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    status.open(QIODevice::ReadOnly);
+    QRegExp size(QStringLiteral("VmSize:\\s*(\\d+) kB"));
+    size.indexIn(QString::fromLatin1(status.readAll()));
+    pthread_attr_t attr;
+    size_t stack = 0;
+    pthread_getattr_default_np(&attr);
+    pthread_attr_getstacksize(&attr, &stack);
+    pthread_attr_destroy(&attr);
+    rlimit previous, capped;
+    getrlimit(RLIMIT_AS, &previous);
+    capped = previous;
+    capped.rlim_cur = size.cap(1).toULongLong() * 1024 + stack / 2;
+    setrlimit(RLIMIT_AS, &capped);
+    return previous;
+}
+
+// The child process of threadLimit(): schedules jobs on a pool while no new thread can be
+// created and prints what came of it, one fact a line.
+int threadLimitChild(const QString& which)
+{
+    LogCapture capture(ko::Log::Warning);
+    QTextStream out(stdout);
+    TestPool pool(QStringLiteral("Capped"), 2);
+    QSemaphore gate;
+    int first = 0, second;
+    kom::smart<RecordingJob> running;
+    if (which == QLatin1String("one running")) {
+        running = scheduleJob(pool, first, &gate);
+        running->waitStarted();
+    }
+    const rlimit previous = capThreadCreation();
+    kom::smart<RecordingJob> job = scheduleJob(pool, second);
+    setrlimit(RLIMIT_AS, &previous);
+    out << "id " << second << "\nworkers " << pool.countThreads() << "\naborted " << job->mAbortRequested
+        << "\n";
+    gate.release();
+    // Either the job runs on the worker that was running, or it was never queued.
+    out << "waited " << pool.waitForFinished(second, 10000) << "\nruns " << job->mRuns.load() << "\n";
+    for (const QString& line : capture.allLines())
+        out << line << "\n";
+    out.flush();
+    return pool.retire() ? 0 : 1;
+}
+
+} // namespace
+
+void tst_komQtThreadPool::threadLimit_data()
+{
+    QTest::addColumn<QString>("which");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("no running worker")
+        << "none running"
+        << QStringList { "id 1", "workers 0", "aborted 1", "waited 1", "runs 0",
+               "3|QtThreadPool: no worker thread could be started; job 1 aborted" };
+    QTest::newRow("one running worker takes the job")
+        << "one running" << QStringList { "id 2", "workers 1", "aborted 0", "waited 1", "runs 1" };
+}
+
+void tst_komQtThreadPool::threadLimit()
+{
+    // A worker whose thread cannot start is dropped; its job goes to a running worker, or is
+    // flagged as aborted when there is none. Run in a child process, whose limits are its own.
+    QFETCH(QString, which);
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--thread-limit"), which });
+    QVERIFY(child.waitForFinished(60000));
+    const QString errors = QString::fromLocal8Bit(child.readAllStandardError());
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QVERIFY2(child.exitCode() == 0, qPrintable(errors));
+    QTEST(QString::fromLocal8Bit(child.readAllStandardOutput())
+              .split(QLatin1Char('\n'), QString::SkipEmptyParts),
+        "lines");
+    QVERIFY2(errors.contains(QLatin1String("QThread::start: Thread creation error")), qPrintable(errors));
+}
+
 void tst_komQtThreadPool::abortAndPriority()
 {
     // Two busy workers: g1 runs with a and c queued behind it, g2 runs with b queued.
@@ -152,12 +284,19 @@ void tst_komQtThreadPool::abortAndPriority()
     QSet<int> ids { g1, a, b, 999999 };
     pool.requestAbort(ids);
     QVERIFY(ids.isEmpty());
-    QVERIFY(jobs.at(2)->mAbortRequested && !jobs.at(3)->mAbortRequested && !jobs.at(0)->mAbortRequested);
-    QVERIFY(!pool.isScheduled(a) && pool.isScheduled(b) && pool.isRunning(g2));
+    QVERIFY(jobs.at(2)->mAbortRequested);
+    QVERIFY(!jobs.at(3)->mAbortRequested);
+    QVERIFY(!jobs.at(0)->mAbortRequested);
+    QVERIFY(!pool.isScheduled(a));
+    QVERIFY(pool.isScheduled(b));
+    QVERIFY(pool.isRunning(g2));
     gate.release(2);
     QVERIFY(pool.retire());
-    QVERIFY(jobs.at(2)->mRuns == 0 && jobs.at(3)->mRuns == 1 && jobs.at(4)->mRuns == 1);
-    QVERIFY(started.count() == 4 && !started.contains({ a })); // an aborted job never starts
+    QCOMPARE(jobs.at(2)->mRuns.load(), 0);
+    QCOMPARE(jobs.at(3)->mRuns.load(), 1);
+    QCOMPARE(jobs.at(4)->mRuns.load(), 1);
+    QCOMPARE(started.count(), 4);
+    QVERIFY(!started.contains({ a })); // an aborted job never starts
 }
 
 void tst_komQtThreadPool::singleWorker()
@@ -168,13 +307,17 @@ void tst_komQtThreadPool::singleWorker()
     kom::smart<RecordingJob> job1 = scheduleJob(pool, first, &gate1),
                              job2 = scheduleJob(pool, second, &gate2);
     gate1.release();
-    QVERIFY(job2->waitStarted() && spinUntil([&]() { return pool.isIdle(); }));
+    QVERIFY(job2->waitStarted());
+    QVERIFY(spinUntil([&]() { return pool.isIdle(); }));
     // Back in the idle list after its first job, the worker runs the second one unseen.
-    QVERIFY(!pool.isRunning(second) && pool.isFinished(second));
-    QVERIFY(pool.waitForFinished(second, -1) && pool.waitForAllFinished(-1)); // at once
+    QVERIFY(!pool.isRunning(second));
+    QVERIFY(pool.isFinished(second));
+    QVERIFY(pool.waitForFinished(second, -1)); // at once
+    QVERIFY(pool.waitForAllFinished(-1));
     QCOMPARE(job2->mRuns.load(), 0);
     scheduleJob(pool, third); // busy again: seen again
-    QVERIFY(pool.isRunning(second) && !pool.isFinished(second));
+    QVERIFY(pool.isRunning(second));
+    QVERIFY(!pool.isFinished(second));
     gate2.release();
     // Deleted outside the pool's use, the worker stops its loop and just leaves the pool's lists.
     QVERIFY(spinUntil([&]() { return pool.isIdle() && pool.totalWorkLoad() == 0; }));
@@ -212,7 +355,8 @@ void tst_komQtThreadPool::setMaxThreadsDiscardsIdleOnly()
     QVERIFY(spinUntil([&]() { return pool.countBusyThreads() == busy && pool.totalWorkLoad() == busy; }));
     const auto workers = pool.workers();
     pool.setMaxThreads(maxThreads);
-    QVERIFY(pool.countThreads() == remaining && pool.countBusyThreads() == busy);
+    QCOMPARE(pool.countThreads(), remaining);
+    QCOMPARE(pool.countBusyThreads(), busy);
     // The discarded workers end their loops and delete themselves.
     QVERIFY(spinUntil([&]() { return workers.count(nullptr) == idle + busy - remaining; }));
     QCOMPARE(finishedLines(capture).size(), idle + busy - remaining);
@@ -246,8 +390,12 @@ void tst_komQtThreadPool::nestedWaits()
         if (id == outer && calls++ == 0)
             nested = pool.waitForFinished(inner, -1);
     });
-    QVERIFY(pool.waitForFinished(outer, -1) && nested && calls == 1);
-    QVERIFY(outerJob->mRuns == 1 && innerJob->mRuns == 1 && capture.allLines().isEmpty());
+    QVERIFY(pool.waitForFinished(outer, -1));
+    QVERIFY(nested);
+    QCOMPARE(calls, 1);
+    QCOMPARE(outerJob->mRuns.load(), 1);
+    QCOMPARE(innerJob->mRuns.load(), 1);
+    QCOMPARE(capture.allLines(), QStringList());
     QVERIFY(pool.retire());
 }
 
@@ -273,20 +421,25 @@ void tst_komQtThreadPool::deleteGlobalInstanceWithBusyWorkers()
     LogCapture capture;
     QVERIFY(!komQtThreadPool::deleteGlobalInstance());
     komQtThreadPool* pool = komQtThreadPool::globalInstance();
-    QVERIFY(komQtThreadPool::globalInstance() == pool && pool->objectName() == "ThreadPool");
+    QCOMPARE(komQtThreadPool::globalInstance(), pool);
+    QCOMPARE(pool->objectName(), QStringLiteral("ThreadPool"));
     pool->setMaxThreads(2);
     QSemaphore gate;
     int id;
     QList<kom::smart<RecordingJob>> jobs { scheduleJob(*pool, id, &gate), scheduleJob(*pool, id, &gate) };
-    QVERIFY(jobs.at(0)->waitStarted() && jobs.at(1)->waitStarted());
+    QVERIFY(jobs.at(0)->waitStarted());
+    QVERIFY(jobs.at(1)->waitStarted());
     kom::smart<RecordingJob> queued = scheduleJob(*pool, id);
-    QVERIFY(komQtThreadPool::deleteGlobalInstance() && !komQtThreadPool::deleteGlobalInstance());
+    QVERIFY(komQtThreadPool::deleteGlobalInstance());
+    QVERIFY(!komQtThreadPool::deleteGlobalInstance());
     QCOMPARE(queued.useCount(), 1L); // dropped from its queue
     // The busy jobs finish, then their workers delete themselves and let go of the jobs.
     gate.release(2);
     QVERIFY(spinUntil([&]() { return !jobs.at(0)->mThread && !jobs.at(1)->mThread; }));
-    for (const auto& job : qAsConst(jobs))
-        QVERIFY(job->mRuns == 1 && job.useCount() == 1);
+    for (const auto& job : qAsConst(jobs)) {
+        QCOMPARE(job->mRuns.load(), 1);
+        QCOMPARE(job.useCount(), 1L);
+    }
     QCOMPARE(queued->mRuns.load(), 0);
     QCOMPARE(finishedLines(capture),
         QStringList({ "ThreadPool-Thread-1 finished.", "ThreadPool-Thread-2 finished." }));
@@ -341,15 +494,26 @@ void tst_komQtThreadPool::stress()
     for (const auto& list : scheduled) {
         for (const auto& entry : list) {
             const CountingJob& job = *entry.first;
-            QVERIFY(job.mRunsWhileAborted == 0 && entry.first.useCount() == 1);
-            QVERIFY(job.mRuns == 1 ? !job.mAbortRequested : job.mRuns == 0 && job.mAbortRequested);
+            QCOMPARE(job.mRunsWhileAborted.load(), 0);
+            QCOMPARE(entry.first.useCount(), 1L);
+            QCOMPARE(job.mRuns + (job.mAbortRequested ? 1 : 0), 1); // ran, or was aborted
             ran += job.mRuns;
             aborted += job.mAbortRequested ? 1 : 0;
             ids.insert(entry.second);
         }
     }
-    QVERIFY(ran + aborted == producers * perProducer && ids.size() == producers * perProducer && aborted > 0);
+    QCOMPARE(ran + aborted, producers * perProducer);
+    QCOMPARE(ids.size(), producers * perProducer);
+    QVERIFY(aborted > 0);
 }
 
-QTEST_GUILESS_MAIN(tst_komQtThreadPool)
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], "--thread-limit") == 0)
+        return threadLimitChild(QString::fromLocal8Bit(argv[2]));
+    tst_komQtThreadPool test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_komQtThreadPool.moc"

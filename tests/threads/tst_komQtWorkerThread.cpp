@@ -1,36 +1,54 @@
 #include "JobTestSupport.h"
 #include "LogCapture.h"
 
+#include "exceptions/RuntimeException.h"
+
+#include "platform/kom/komException.h"
+
 #include <QtTest>
+
+#include <stdexcept>
 
 using ko::komQtWorkerThread;
 typedef ko::komQtThreadPool::SchedulePriority Priority;
+typedef void (*JobBody)(QTime& timer); // the work of a test job, given the job's timer
+Q_DECLARE_METATYPE(JobBody)
 
 namespace
 {
 
-// A started worker, shut down at the end.
-struct Worker
+// A job that hands its timer to a test function, then throws or returns as that function does.
+struct TimerJob : ko::IRunnable
 {
-    QPointer<komQtWorkerThread> thread = new komQtWorkerThread(QStringLiteral("Unit"));
-    QList<int> order;
-
-    Worker() { thread->start(); }
-    ~Worker()
-    {
-        if (thread)
-            thread->shutDown();
-        spinUntil([this]() { return thread.isNull(); });
-    }
-    kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore* gate = nullptr)
-    {
-        kom::smart<RecordingJob> job(new RecordingJob);
-        job->mGate = gate;
-        job->mOrder = &order;
-        thread->schedule(id, job, Priority(priority));
-        return job;
-    }
+    explicit TimerJob(JobBody body)
+        : mBody(body)
+    { }
+    void run(int, QTime& timer) override { mBody(timer); }
+    JobBody mBody;
 };
+
+// A QObject that can be thrown by value.
+struct ThrownObject : QObject
+{
+    ThrownObject() = default;
+    ThrownObject(const ThrownObject&)
+        : QObject()
+    { }
+};
+
+// Schedules @p body as job 1 and a plain job 2 on @p worker; returns the ends in the order seen,
+// each as the pair of job id and elapsed ms.
+QList<QPair<int, int>> runTimerJob(Worker& worker, JobBody body)
+{
+    QList<QPair<int, int>> ends;
+    QObject context;
+    QObject::connect(worker.thread, &komQtWorkerThread::jobFinished, &context,
+        [&ends](int id, int elapsed) { ends << qMakePair(id, elapsed); });
+    worker.thread->schedule(1, kom::smart<ko::IRunnable>(new TimerJob(body)), Priority(3));
+    worker.add(2);
+    spinUntil([&ends]() { return ends.size() == 2; });
+    return ends;
+}
 
 } // namespace
 
@@ -43,6 +61,12 @@ private Q_SLOTS:
     void runOrder_data();
     void runOrder();
     void noWakeIsLost();
+    void jobTimer_data();
+    void jobTimer();
+    void priorityForEveryJob_data();
+    void priorityForEveryJob();
+    void throwingJob_data();
+    void throwingJob();
 };
 
 void tst_komQtWorkerThread::interfaceName()
@@ -50,8 +74,10 @@ void tst_komQtWorkerThread::interfaceName()
     RecordingJob job;
     const ko::IInterface& constJob = job;
     QCOMPARE(constJob.getInterface("ko::IInterface"), &constJob);
-    for (const char* name : { "ko::IInterface ", "ko::iinterface", "IInterface" })
-        QVERIFY(!job.getInterface(name) && !constJob.getInterface(name));
+    for (const char* name : { "ko::IInterface ", "ko::iinterface", "IInterface" }) {
+        QCOMPARE(job.getInterface(name), nullptr);
+        QCOMPARE(constJob.getInterface(name), nullptr);
+    }
     QVERIFY(!job.mAbortRequested);
 }
 
@@ -74,11 +100,14 @@ void tst_komQtWorkerThread::runOrder()
     Worker worker;
     QSemaphore gate;
     QVERIFY(worker.add(100, 3, &gate)->waitStarted());
-    QVERIFY(worker.thread->isRunning() && worker.thread->isRunning(100)
-        && worker.thread->isScheduledOrRunning(100));
+    QVERIFY(worker.thread->isRunning());
+    QVERIFY(worker.thread->isRunning(100));
+    QVERIFY(worker.thread->isScheduledOrRunning(100));
     // A running job is neither aborted nor moved; ids below 1 are refused.
-    QVERIFY(!worker.thread->requestAbort(100) && !worker.thread->changePriority(100, Priority(5)));
-    QVERIFY(!worker.thread->changePriority(0, Priority(5)) && !worker.thread->isScheduled(100));
+    QVERIFY(!worker.thread->requestAbort(100));
+    QVERIFY(!worker.thread->changePriority(100, Priority(5)));
+    QVERIFY(!worker.thread->changePriority(0, Priority(5)));
+    QVERIFY(!worker.thread->isScheduled(100));
     QList<kom::smart<RecordingJob>> jobs;
     for (int i = 0; i < priorities.size(); ++i)
         jobs << worker.add(i + 1, priorities.at(i));
@@ -89,8 +118,9 @@ void tst_komQtWorkerThread::runOrder()
     QVERIFY(spinUntil([&]() { return worker.thread->workLoad() == 0; }));
     QCOMPARE(worker.order, QList<int> { 100 } + order);
     for (int i = 0; i < jobs.size(); ++i) {
-        QCOMPARE(int(jobs.at(i)->mPriority), priorities.at(i) & 0x7ff);
-        QVERIFY(jobs.at(i)->mTimerLag >= 0 && jobs.at(i)->mTimerLag < 1000); // started at the local time
+        QCOMPARE(jobs.at(i)->mPriority, priorities.at(i) & 0x7ff);
+        QVERIFY(jobs.at(i)->mTimerLag >= 0); // started at the local time
+        QVERIFY(jobs.at(i)->mTimerLag < 1000);
     }
 }
 
@@ -102,8 +132,108 @@ void tst_komQtWorkerThread::noWakeIsLost()
         Worker worker;
         for (int i = 1; i <= 10; ++i)
             QVERIFY2(worker.add(i)->waitStarted(),
-                qPrintable(QStringLiteral("round %1 job %2").arg(round).arg(i)));
+                qPrintable(
+                    QStringLiteral("round %1 job %2").arg(QString::number(round), QString::number(i))));
     }
+}
+
+void tst_komQtWorkerThread::jobTimer_data()
+{
+    QTest::addColumn<JobBody>("body");
+    QTest::addColumn<int>("least");
+    QTest::addColumn<int>("most");
+    QTest::newRow("started 5 s earlier") << +[](QTime& t) { t = t.addMSecs(-5000); } << 5000 << 86399999;
+    // QTime::elapsed() counts a start after the current time as a start on the day before.
+    QTest::newRow("started 60 s later: the day wraps")
+        << +[](QTime& t) { t = t.addMSecs(60000); } << 86340000 << 86399999;
+    QTest::newRow("made invalid after 50 ms") << +[](QTime& t) {
+        QThread::msleep(50);
+        t = QTime();
+    } << 0 << 0;
+}
+
+void tst_komQtWorkerThread::jobTimer()
+{
+    // The elapsed time reported is read from the timer the job was given, whatever the job did to it.
+    QFETCH(JobBody, body);
+    Worker worker;
+    const QList<QPair<int, int>> ends = runTimerJob(worker, body);
+    QCOMPARE(ends.size(), 2);
+    QCOMPARE(ends.first().first, 1);
+    const int elapsed = ends.first().second;
+    QFETCH(int, least);
+    QFETCH(int, most);
+    QVERIFY2(elapsed >= least, qPrintable(QString::number(elapsed)));
+    QVERIFY2(elapsed <= most, qPrintable(QString::number(elapsed)));
+}
+
+void tst_komQtWorkerThread::priorityForEveryJob_data()
+{
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("firstSets"); // what the first job gives its own thread; 7: nothing
+    QTest::addColumn<int>("second");
+    QTest::addColumn<int>("seen"); // the priority the second job runs at
+    QTest::newRow("a job's own change does not leak") << 3 << 5 << 3 << 3;
+    QTest::newRow("a job's own change is left by InheritPriority") << 3 << 1 << 7 << 1;
+    QTest::newRow("InheritPriority keeps the last one") << 2 << 7 << 7 << 2;
+    QTest::newRow("values above InheritPriority are Qt's to keep") << 3 << 7 << 8 << 8;
+    QTest::newRow("unchanged") << 4 << 7 << 4 << 4;
+}
+
+void tst_komQtWorkerThread::priorityForEveryJob()
+{
+    QFETCH(int, first);
+    QFETCH(int, firstSets);
+    QFETCH(int, second);
+    QFETCH(int, seen);
+    // The worker asks Qt for the job's priority every time, InheritPriority included, which Qt refuses.
+    if (second == QThread::InheritPriority)
+        QTest::ignoreMessage(QtWarningMsg, "QThread::setPriority: Argument cannot be InheritPriority");
+    Worker worker;
+    kom::smart<RecordingJob> job1(new RecordingJob);
+    job1->mNewPriority = QThread::Priority(firstSets);
+    worker.thread->schedule(1, job1, Priority(first));
+    kom::smart<RecordingJob> job2 = worker.add(2, second);
+    QVERIFY(job2->waitStarted());
+    QCOMPARE(job1->mPriority, first);
+    QCOMPARE(job2->mPriority, seen);
+}
+
+void tst_komQtWorkerThread::throwingJob_data()
+{
+    QTest::addColumn<JobBody>("body");
+    QTest::addColumn<QString>("line");
+    static char text[] = "mutable";
+    QTest::newRow("ko::ExceptionQt") << +[](QTime&) { throw ko::RuntimeException(QStringLiteral("broken")); }
+                                     << ko::RuntimeException(QStringLiteral("broken")).toString().trimmed();
+    QTest::newRow("char*") << +[](QTime&) { throw static_cast<char*>(text); }
+                           << "in worker thread Unit: mutable";
+    QTest::newRow("const char*") << +[](QTime&) { throw "text"; } << "in worker thread Unit: text";
+    QTest::newRow("komTerminalException")
+        << +[](QTime&) { throw komTerminalException("end"); } << "in worker thread Unit: end";
+    QTest::newRow("komException") << +[](QTime&) {
+        komException e("first");
+        e.addMessage("second");
+        throw e;
+    } << "in worker thread Unit: first,second";
+    QTest::newRow("std::exception") << +[](QTime&) { throw std::runtime_error("what"); }
+                                    << "in worker thread Unit: what";
+    QTest::newRow("QObject") << +[](QTime&) { throw ThrownObject(); } << "in worker thread Unit: QObject";
+    QTest::newRow("anything else") << +[](QTime&) { throw 42; } << "in worker thread Unit: ";
+}
+
+void tst_komQtWorkerThread::throwingJob()
+{
+    // A job that throws is logged at level 3, ends as any job does, and the worker goes on.
+    QFETCH(JobBody, body);
+    QFETCH(QString, line);
+    LogCapture capture;
+    Worker worker;
+    const QList<QPair<int, int>> ends = runTimerJob(worker, body);
+    QCOMPARE(ends.size(), 2);
+    QCOMPARE(ends.at(0).first, 1);
+    QCOMPARE(ends.at(1).first, 2);
+    QCOMPARE(capture.lines(ko::Log::Error), QStringList(line));
 }
 
 QTEST_GUILESS_MAIN(tst_komQtWorkerThread)
