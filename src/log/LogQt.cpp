@@ -7,6 +7,7 @@
 #include <QString>
 #include <QtDebug>
 
+#include <atomic>
 #include <ostream>
 
 namespace ko
@@ -15,7 +16,15 @@ namespace ko
 namespace
 {
 constexpr int SlotCount = 5;
+
+int slotOf(Log::ELevel level)
+{
+    // Negative levels are outside the contract; they share slot 0 with the levels above the last.
+    return level >= 0 && level < SlotCount ? int(level) : 0;
 }
+
+std::atomic<quint64> sLineCounts[SlotCount] = {};
+} // namespace
 
 LogQt LogQt::s_instance(Log::instance());
 
@@ -125,7 +134,7 @@ void LogQt::setDefaultLogFile(const QString& path, bool append)
 QTextStream* LogQt::getStream(ELevel level)
 {
     // Levels above the last slot use slot 0, and so do negative ones (outside the contract).
-    const int index = level >= 0 && level < SlotCount ? int(level) : 0;
+    const int index = slotOf(level);
     MutexLocker lock(log->mutex(), true);
     // The slot number, not the raw level, is what the fronted log is asked for.
     std::ostream* os = log->getStream(ELevel(index));
@@ -149,6 +158,16 @@ QTextStream* LogQt::getStream(ELevel level)
 void LogQt::write(ELevel level, const QString& text)
 {
     LogLine(level) << text;
+}
+
+quint64 LogQt::lineCount(ELevel level)
+{
+    return sLineCounts[slotOf(level)].load(std::memory_order_relaxed);
+}
+
+void countLine(Log::ELevel level)
+{
+    sLineCounts[slotOf(level)].fetch_add(1, std::memory_order_relaxed);
 }
 
 void LogQt::qtMsgHandler(QtMsgType type, const char* text)
@@ -197,12 +216,14 @@ void writeMarkedLine(Log& log, Log::ELevel level, const char* marker, const char
     *os << '\n';
     os->flush();
     os->flags(flags);
+    countLine(level);
 }
 
 LogLine::LogLine(Log::ELevel level)
     : mLocker(LogQt::s_instance.mutex(), true)
     , mStream(LogQt::s_instance.getStream(level))
     , mFlags()
+    , mLevel(level)
 {
     if (mStream && LogQt::s_instance.logLevel() > level)
         mStream = nullptr;
@@ -218,6 +239,7 @@ LogLine::~LogLine()
         return;
     *mStream << Qt::endl;
     mStream->setNumberFlags(mFlags);
+    countLine(mLevel);
 }
 
 } // namespace ko

@@ -96,6 +96,13 @@ public:
      */
     static void write(ELevel level, const QString& text);
 
+    /**
+     * The number of lines written at @p level since the library was loaded: the library's and
+     * the application's lines, Qt's messages and the middleware's status messages. Lines below
+     * the threshold or without a stream are not counted; levels outside 0..4 count as 0.
+     */
+    static quint64 lineCount(ELevel level);
+
     /** Qt message handler: warnings, critical and fatal messages go to levels 2, 3, 4 with " Qt> ". */
     static void qtMsgHandler(QtMsgType type, const char* text);
     /** Announces itself through qDebug(), then installs qtMsgHandler() as Qt's message handler. */
@@ -143,6 +150,7 @@ private:
     MutexLocker mLocker;
     QTextStream* mStream;
     QTextStream::NumberFlags mFlags;
+    Log::ELevel mLevel;
 };
 
 } // namespace ko

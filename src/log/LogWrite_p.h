@@ -15,6 +15,9 @@ namespace ko
  */
 void writeMarkedLine(Log& log, Log::ELevel level, const char* marker, const char* text);
 
+/** Counts one line written at @p level for LogQt::lineCount(). */
+void countLine(Log::ELevel level);
+
 } // namespace ko
 
 #endif // KO_LOGWRITE_P_H

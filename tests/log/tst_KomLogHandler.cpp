@@ -55,9 +55,11 @@ void tst_KomLogHandler::typeToLevel()
     QFETCH(int, level);
     LogCapture capture { Log::ELevel(threshold) };
     KomLogHandler handler(kom::StatusTrace);
+    const quint64 before = ko::LogQt::lineCount(Log::ELevel(qMax(level, 0)));
     handler.sendStatusMessage(kom::StatusMessageType(type), "status text", nullptr);
     QCOMPARE(capture.allLines(),
         level < 0 ? QStringList() : QStringList { QString::number(level) + "| kom> status text" });
+    QCOMPARE(ko::LogQt::lineCount(Log::ELevel(qMax(level, 0))) - before, quint64(level < 0 ? 0 : 1));
 }
 
 void tst_KomLogHandler::installReplacesHandlers()

@@ -140,9 +140,11 @@ void tst_LogQt::lineIdiom()
     QFETCH(int, level);
     QFETCH(bool, written);
     LogCapture capture { Log::ELevel(threshold) };
+    const auto slot = Log::ELevel(level >= 0 && level < 5 ? level : 0);
+    const quint64 counted = LogQt::lineCount(slot);
     ko::LogLine(Log::ELevel(level)) << "count: " << 3 << ' ' << QStringLiteral("items");
     LogQt::write(Log::ELevel(level), QStringLiteral("second"));
-    const auto slot = Log::ELevel(level >= 0 && level < 5 ? level : 0);
+    QCOMPARE(LogQt::lineCount(Log::ELevel(level)) - counted, quint64(written ? 2 : 0));
     QCOMPARE(capture.lines(slot), written ? QStringList({ "count: 3 items", "second" }) : QStringList());
     if (written)
         QVERIFY(capture.text(slot).contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
@@ -215,7 +217,9 @@ void tst_LogQt::qtMsgHandlerLevels()
     QFETCH(int, threshold);
     QFETCH(int, level);
     LogCapture capture { Log::ELevel(threshold) };
+    const quint64 counted = LogQt::lineCount(Log::ELevel(qMax(level, 0)));
     LogQt::qtMsgHandler(QtMsgType(type), "x");
+    QCOMPARE(LogQt::lineCount(Log::ELevel(qMax(level, 0))) - counted, quint64(level < 0 ? 0 : 1));
     for (int l = 0; l < Log::LevelCount; ++l) {
         const QString text = capture.text(Log::ELevel(l));
         if (l == level) {
