@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <climits>
 #include <sstream>
 #include <thread>
@@ -62,6 +63,7 @@ private Q_SLOTS:
     void lineKeepsNumberFlags();
     void lineBytes_data();
     void lineBytes();
+    void shortWriteFailsTheStream();
     void markedLineBytes_data();
     void markedLineBytes();
     void linesFromManyThreads();
@@ -231,6 +233,14 @@ void tst_LogQt::lineBytes_data()
         l << QString(QChar(0xd83d)) << QString(QChar(0xde00)) << ' ' << QString(QChar(0xdc00)) << 'a'
           << QString(QChar(0xd800));
     }) << QByteArray("\xf0\x9f\x98\x80 ?a?\n");
+    QTest::newRow("UTF-8 boundaries") << none << LineWriter([](ko::LogLine& l) {
+        const ushort units[] = { 0x7f, 0x80, 0x7ff, 0x800, 0xd7ff, 0xe000, 0xfffe, 0xffff, 0 };
+        l << QString::fromUtf16(units) << QChar(0xff) << "abcdefgh\x80";
+    }) << QByteArray("\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbe\xef\xbf\xbf"
+                     "\xc3\xbf" "abcdefgh\xc2\x80\n");
+    QTest::newRow("letters, then a value the stream formats") << none << LineWriter([](ko::LogLine& l) {
+        l << QString::fromUtf8("\xc3\xbc") << "\xe9" << 2 << 1.5 << "\xe9" << 3;
+    }) << QByteArray("\xc3\xbc\xc3\xa9" "21.5\xc3\xa9" "3\n");
     QTest::newRow("empty line") << none << LineWriter([](ko::LogLine&) {}) << QByteArray("\n");
     QTest::newRow("long line") << none << LineWriter([](ko::LogLine& l) { l << QString(20000, QLatin1Char('x')); })
                                << QByteArray(20000, 'x') + '\n';
@@ -276,6 +286,48 @@ void tst_LogQt::lineBytes()
     }
     QCOMPARE(withoutPrefixes(out), bytes);
     QCOMPARE(QByteArray::fromStdString(out.str()).mid(23, 9), QByteArray(" Warning "));
+}
+
+namespace
+{
+
+// A stream buffer that takes at most a given number of bytes.
+class ShortBuffer : public std::stringbuf
+{
+public:
+    explicit ShortBuffer(std::streamsize room)
+        : mRoom(room)
+    {
+    }
+
+protected:
+    std::streamsize xsputn(const char* s, std::streamsize n) override
+    {
+        const std::streamsize taken = std::min(n, mRoom);
+        mRoom -= taken;
+        return std::stringbuf::xsputn(s, taken);
+    }
+
+private:
+    std::streamsize mRoom;
+};
+
+} // namespace
+
+// A line the buffer takes only in part fails the text stream, which then writes nothing more.
+void tst_LogQt::shortWriteFailsTheStream()
+{
+    LogCapture capture;
+    ShortBuffer buffer(40);
+    std::ostream out(&buffer);
+    QTextStream* stream = freshStream(Log::Warning, out);
+    ko::LogLine(Log::Warning) << "0123456789";
+    QCOMPARE(stream->status(), QTextStream::WriteFailed);
+    const std::string first = buffer.str();
+    QCOMPARE(first.size(), size_t(40));
+    QCOMPARE(QByteArray::fromStdString(first.substr(32)), QByteArray("01234567"));
+    ko::LogLine(Log::Warning) << "more";
+    QCOMPARE(buffer.str(), first);
 }
 
 void tst_LogQt::markedLineBytes_data()
