@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <sstream>
 #include <thread>
@@ -373,16 +374,19 @@ void tst_LogQt::markedLineBytes()
 void tst_LogQt::linesFromManyThreads()
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("threads.log"));
+    const QByteArray paths[] = { dir.filePath(QStringLiteral("a.log")).toLatin1(),
+        dir.filePath(QStringLiteral("b.log")).toLatin1() };
     LogCapture capture; // restores the streams afterwards
-    LogQt::s_instance.setLogFile(path.toLatin1().constData(), false);
+    LogQt::s_instance.setLogFile(paths[0].constData(), false);
 
-    // Plain values, values the text stream formats itself, and the Qt handler's marked lines, all in one file.
+    // Plain values, values the text stream formats itself, and the Qt handler's marked lines, while
+    // another thread keeps moving the log between two files (so the text streams are renewed).
     constexpr int threads = 8;
     constexpr int lines = 3000;
+    std::atomic<int> running { threads };
     std::vector<std::thread> workers;
     for (int t = 0; t < threads; ++t) {
-        workers.emplace_back([t] {
+        workers.emplace_back([t, &running] {
             for (int i = 0; i < lines; ++i) {
                 if (i % 3 == 0)
                     ko::LogLine(Log::ELevel(i % 5)) << "thread " << t << " line " << i << " end";
@@ -392,25 +396,41 @@ void tst_LogQt::linesFromManyThreads()
                     LogQt::qtMsgHandler(QtWarningMsg, QByteArray("thread " + QByteArray::number(t) + " line "
                                                           + QByteArray::number(i) + " end").constData());
             }
+            --running;
         });
     }
+    int switches = 0;
+    while (running > 0)
+        LogQt::s_instance.setLogFile(paths[++switches % 2].constData(), true);
     for (auto& worker : workers)
         worker.join();
+    QVERIFY(switches > 0);
 
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
-    QVector<int> next(threads, 0);
-    int count = 0;
+    // Each file holds whole lines, each thread's in its order; together they hold every line once.
+    QVector<QVector<int>> seen(threads);
     const QRegExp shape(QStringLiteral("(?: Qt> )?thread (\\d) line (\\d+) end"));
-    while (!file.atEnd()) {
-        const QString line = LogCapture::stripPrefix(QString::fromLatin1(file.readLine()).chopped(1));
-        QVERIFY2(shape.exactMatch(line), qPrintable(line));
-        const int t = shape.cap(1).toInt();
-        QCOMPARE(shape.cap(2).toInt(), next[t]); // each thread's lines whole and in its order
-        QCOMPARE(line.startsWith(QLatin1String(" Qt> ")), next[t]++ % 3 == 2);
-        ++count;
+    for (const QByteArray& path : paths) {
+        QFile file(QString::fromLatin1(path));
+        QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+        QVector<int> last(threads, -1);
+        while (!file.atEnd()) {
+            const QString line = LogCapture::stripPrefix(QString::fromLatin1(file.readLine()).chopped(1));
+            QVERIFY2(shape.exactMatch(line), qPrintable(line));
+            const int t = shape.cap(1).toInt();
+            const int i = shape.cap(2).toInt();
+            QVERIFY2(i > last[t], qPrintable(line));
+            QCOMPARE(line.startsWith(QLatin1String(" Qt> ")), i % 3 == 2);
+            last[t] = i;
+            seen[t] << i;
+        }
     }
-    QCOMPARE(count, threads * lines);
+    for (QVector<int>& indexes : seen) {
+        std::sort(indexes.begin(), indexes.end());
+        QCOMPARE(indexes.size(), lines);
+        QCOMPARE(indexes.first(), 0);
+        QCOMPARE(indexes.last(), lines - 1);
+        QCOMPARE(std::adjacent_find(indexes.begin(), indexes.end()), indexes.end());
+    }
 }
 
 void tst_LogQt::qtMsgHandlerLevels_data()
