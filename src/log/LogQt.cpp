@@ -17,14 +17,14 @@ namespace
 {
 constexpr int SlotCount = 5;
 
+std::atomic<quint64> sLineCounts[SlotCount] = {};
+} // namespace
+
 int slotOf(Log::ELevel level)
 {
     // Negative levels are outside the contract; they share slot 0 with the levels above the last.
     return level >= 0 && level < SlotCount ? int(level) : 0;
 }
-
-std::atomic<quint64> sLineCounts[SlotCount] = {};
-} // namespace
 
 LogQt LogQt::s_instance(Log::instance());
 
@@ -165,9 +165,9 @@ quint64 LogQt::lineCount(ELevel level)
     return sLineCounts[slotOf(level)].load(std::memory_order_relaxed);
 }
 
-void countLine(Log::ELevel level)
+void countLine(int slot)
 {
-    sLineCounts[slotOf(level)].fetch_add(1, std::memory_order_relaxed);
+    sLineCounts[slot].fetch_add(1, std::memory_order_relaxed);
 }
 
 void LogQt::qtMsgHandler(QtMsgType type, const char* text)
@@ -216,14 +216,14 @@ void writeMarkedLine(Log& log, Log::ELevel level, const char* marker, const char
     *os << '\n';
     os->flush();
     os->flags(flags);
-    countLine(level);
+    countLine(slotOf(level));
 }
 
 LogLine::LogLine(Log::ELevel level)
     : mLocker(LogQt::s_instance.mutex(), true)
     , mStream(LogQt::s_instance.getStream(level))
     , mFlags()
-    , mLevel(level)
+    , mSlot(slotOf(level))
 {
     if (mStream && LogQt::s_instance.logLevel() > level)
         mStream = nullptr;
@@ -239,7 +239,7 @@ LogLine::~LogLine()
         return;
     *mStream << Qt::endl;
     mStream->setNumberFlags(mFlags);
-    countLine(mLevel);
+    countLine(mSlot);
 }
 
 } // namespace ko

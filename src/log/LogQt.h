@@ -150,7 +150,7 @@ private:
     MutexLocker mLocker;
     QTextStream* mStream;
     QTextStream::NumberFlags mFlags;
-    Log::ELevel mLevel;
+    int mSlot;
 };
 
 } // namespace ko

@@ -15,8 +15,11 @@ namespace ko
  */
 void writeMarkedLine(Log& log, Log::ELevel level, const char* marker, const char* text);
 
-/** Counts one line written at @p level for LogQt::lineCount(). */
-void countLine(Log::ELevel level);
+/** The slot of @p level in the per-level tables: 0 to 4; levels outside that range use 0. */
+int slotOf(Log::ELevel level);
+
+/** Counts one line written in @p slot for LogQt::lineCount(). */
+void countLine(int slot);
 
 } // namespace ko
 
