@@ -8,7 +8,6 @@
 #include <QEventLoop>
 #include <QRunnable>
 #include <QThreadPool>
-#include <QTimer>
 
 #include <benchmark/benchmark.h>
 
@@ -36,8 +35,7 @@ class Job : public ko::IRunnable
 public:
     explicit Job(int microseconds)
         : mMicroseconds(microseconds)
-    {
-    }
+    { }
     void run(int, QTime&) override { work(mMicroseconds); }
 
 private:
@@ -58,16 +56,14 @@ private:
     int mMicroseconds;
 };
 
-// Runs the current thread's event loop until @p done is true.
-template <class Done> void spin(Done done)
+// Runs the current thread's event loop until @p done is true, checked whenever @p sender emits @p signal.
+template <class Sender, class Signal, class Done> void waitFor(const Sender* sender, Signal signal, Done done)
 {
     QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&]() {
+    QObject::connect(sender, signal, &loop, [&]() {
         if (done())
             loop.quit();
     });
-    poll.start(1);
     if (!done())
         loop.exec();
 }
@@ -86,11 +82,12 @@ void BM_komQtThreadPool(benchmark::State& state)
             pool.schedule(job);
         pool.waitForAllFinished(-1);
         // The wait ends once no worker is busy, which can be before every queued job has run.
-        spin([&]() { return finished == 2L * jobs; });
+        waitFor(&pool, &ko::komQtThreadPool::jobFinished, [&]() { return finished == 2L * jobs; });
     }
     state.SetItemsProcessed(state.iterations() * jobs);
-    pool.setMaxThreads(-1); // let the workers end and delete themselves
-    spin([&]() { return pool.countThreads() == 0; });
+    // Every worker is idle (each job was announced twice): they are all discarded at once, then end
+    // and delete themselves.
+    pool.setMaxThreads(-1);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
