@@ -19,7 +19,9 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 
 namespace tool
 {
@@ -35,11 +37,9 @@ constexpr int kFailure = 2;
 
 const Command* findCommand(const QString& name)
 {
-    for (const Command* command : kCommands) {
-        if (name == QLatin1String(command->name))
-            return command;
-    }
-    return nullptr;
+    const auto command = std::find_if(std::begin(kCommands), std::end(kCommands),
+        [&name](const Command* c) { return name == QLatin1String(c->name); });
+    return command == std::end(kCommands) ? nullptr : *command;
 }
 
 // The command with its arguments, as help and error messages show it: "events MASK [MASK MASK]".
