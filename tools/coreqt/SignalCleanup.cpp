@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include <pthread.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace tool
@@ -63,6 +64,11 @@ void SignalCleanup::release()
 void SignalCleanup::removeOnSignal(int fd)
 {
     keepOnSignal();
+    // An unnamed temporary file (O_TMPFILE, which QSaveFile uses where it can) ends with the
+    // process; its descriptor's link reads "<folder>/#<inode> (deleted)", a name not to remove.
+    struct stat status;
+    if (::fstat(fd, &status) != 0 || status.st_nlink == 0)
+        return;
     // The descriptor names its file even where Qt does not tell the name (QSaveFile's temporary).
     const QByteArray link = "/proc/self/fd/" + QByteArray::number(fd);
     const ssize_t n = ::readlink(link.constData(), sPath, sizeof sPath - 1);
