@@ -116,7 +116,7 @@ QString mailboxName(const char* text, const QString& key)
 
 QString triggerEventName(const QString& key)
 {
-    const int index = vocabulary::indexOfKey(sTriggerEvents, key);
+    const int index = indexOfKey(sTriggerEvents, key);
     if (index >= 0)
         return triggerEventName(index);
     if (key.startsWith(kMessageBeginTrigger))

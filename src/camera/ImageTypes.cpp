@@ -6,15 +6,7 @@ using ko::EnumNameRow;
 using ko::KeyNameRow;
 using namespace ko::vocabulary;
 
-const KeyNameRow sStreamCodex[2] = {
-    { "KoPEG", "enable" },
-    { "M-JPEG", "disable" },
-};
-
-namespace
-{
-
-const EnumNameRow sCamEyes[] = {
+const EnumNameRow sCamEyes[6] = {
     { "Right", ko::CamEyeRight, "right" },
     { "Left", ko::CamEyeLeft, "left" },
     { "Both", ko::CamEyeBoth, "both" },
@@ -23,21 +15,21 @@ const EnumNameRow sCamEyes[] = {
     { "Right in Left", ko::CamEyeRightInLeft, "RiL" },
 };
 
-const EnumNameRow sStreamModes[] = {
+const EnumNameRow sStreamModes[4] = {
     { "Quality", ko::StreamModeQuality, "-1" },
     { "Speed", ko::StreamModeSpeed, "1" },
     { "Normal", ko::StreamModeNormal, "0" },
     { "Unknown", ko::StreamModeUnknown, "undef" },
 };
 
-const EnumNameRow sNightImprovements[] = {
+const EnumNameRow sNightImprovements[4] = {
     { "Automatic", ko::NightImproveAuto, "auto" },
     { "Off", ko::NightImproveOff, "off" },
     { "On", ko::NightImproveOn, "on" },
     { "Unknown", ko::NightImproveUnknown, "undef" },
 };
 
-const EnumNameRow sWhiteBalances[] = {
+const EnumNameRow sWhiteBalances[14] = {
     { "Automatic", ko::WhiteBAuto, "auto" },
     { "Automatic (Narrow)", ko::WhiteBAutoNarrow, "auto narrow" },
     { "Cloudy/Hazy", ko::WhiteBCloudy, "cloud" },
@@ -56,7 +48,7 @@ const EnumNameRow sWhiteBalances[] = {
 
 // Two "Off" rows on purpose: the lux threshold family (keys in tenths of a lux) switches off
 // with "0", the level family with "off".
-const EnumNameRow sNoiseSuppressions[] = {
+const EnumNameRow sNoiseSuppressions[9] = {
     { "Off", ko::NoiseSurpOff, "0" },
     { "5 lux", ko::NoiseSurp5Lux, "50" },
     { "3 lux", ko::NoiseSurp3Lux, "30" },
@@ -68,7 +60,7 @@ const EnumNameRow sNoiseSuppressions[] = {
     { "Unknown", ko::NoiseSurpUnknown, "undef" },
 };
 
-const EnumNameRow sDarkNoiseSuppressions[] = {
+const EnumNameRow sDarkNoiseSuppressions[5] = {
     { "Off", ko::DarkNoiseSurpOff, "0" },
     { "Low", ko::DarkNoiseSurpLow, "low" },
     { "Medium", ko::DarkNoiseSurpMedium, "medium" },
@@ -76,7 +68,7 @@ const EnumNameRow sDarkNoiseSuppressions[] = {
     { "Unknown", ko::DarkNoiseSurpUnknown, "undef" },
 };
 
-const EnumNameRow sContrastModes[] = {
+const EnumNameRow sContrastModes[5] = {
     { "Automatic", ko::ContrastModeAuto, "auto" },
     { "Simple", ko::ContrastModeSimple, "simple" },
     { "Adaptive", ko::ContrastModeAdaptive, "adaptive" },
@@ -84,22 +76,27 @@ const EnumNameRow sContrastModes[] = {
     { "Unknown", ko::ContrastModeUnknown, "undef" },
 };
 
+const KeyNameRow sStreamCodex[2] = {
+    { "KoPEG", "enable" },
+    { "M-JPEG", "disable" },
+};
+
 // Only the texts are used, by index.
-const KeyNameRow sMicrophoneTargets[] = {
+const KeyNameRow sMicrophoneTargets[4] = {
     { "Off", "0" },
     { "On", "1" },
     { "On", "2" },
     { "ExtIO", "3" },
 };
 
-const KeyNameRow sMicrophoneSensitivity[] = {
+const KeyNameRow sMicrophoneSensitivity[3] = {
     { "Low sensitivity", "0" },
     { "Medium sensitivity", "1" },
     { "High sensitivity", "2" },
 };
 
 // The closing null row takes part in key lookups: it matches the empty key.
-const KeyNameRow sExposurePresets[] = {
+const KeyNameRow sExposurePresets[13] = {
     { "Full Image", "all" },
     { "Quarter", "quarter" },
     { "Center", "center" },
@@ -115,7 +112,7 @@ const KeyNameRow sExposurePresets[] = {
     { nullptr, nullptr },
 };
 
-const KeyNameRow sDisplayModes[] = {
+const KeyNameRow sDisplayModes[15] = {
     { "Normal", "normal" },
     { "Full Image", "full" },
     { "Full Image", "simple" },
@@ -135,7 +132,7 @@ const KeyNameRow sDisplayModes[] = {
 
 // Rows 14 and 18 share the key "704x576": the first match wins, so that key always names
 // "TV-PAL (704x576)" and row 18 is reached only through "4CIF". Kept for stored configurations.
-const KeyNameRow sResolutions[] = {
+const KeyNameRow sResolutions[24] = {
     { "PDA (160x120)", "160x120" },
     { "CIF (320x240)", "320x240" },
     { "CIF (320x240)", "CIF" },
@@ -162,14 +159,15 @@ const KeyNameRow sResolutions[] = {
     { "Custom Size", "customize" },
 };
 
+namespace
+{
+
 // Value lookups scan every row, the "Unknown" row (value 0) included; only the whole value counts.
 template <std::size_t N> int indexOfValue(const EnumNameRow (&table)[N], qint32 value)
 {
-    for (std::size_t i = 0; i < N; ++i) {
-        if (table[i].value == value)
-            return int(i);
-    }
-    return -1;
+    const EnumNameRow* row = std::find_if(
+        std::begin(table), std::end(table), [value](const EnumNameRow& r) { return r.value == value; });
+    return row == std::end(table) ? -1 : int(row - std::begin(table));
 }
 
 template <std::size_t N> QString textOfValue(const EnumNameRow (&table)[N], qint32 value)

@@ -3,7 +3,12 @@
 
 #include "coreqt_export.h"
 
+#include <QLatin1String>
 #include <QString>
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
 
 namespace ko
 {
@@ -22,6 +27,17 @@ struct KeyNameRow
     const char* text; ///< display text, also the translation source in the context "Statics"
     const char* key; ///< the key in the camera's configuration, never translated
 };
+
+/**
+ * The index of the first row of @p rows whose key equals @p key exactly (case-sensitive; a null
+ * row key equals ""), or -1. Works on every vocabulary table, the trigger events included.
+ */
+template <typename Row, std::size_t N> int indexOfKey(const Row (&rows)[N], const QString& key)
+{
+    const Row* row = std::find_if(
+        std::begin(rows), std::end(rows), [&key](const Row& r) { return key == QLatin1String(r.key); });
+    return row == std::end(rows) ? -1 : int(row - std::begin(rows));
+}
 
 /** Camera eye (lens) selection. */
 enum ECamEye : qint32 {
@@ -100,8 +116,35 @@ enum EContrastMode : qint32 {
 
 } // namespace ko
 
+// The parameter tables, in row order; the lookups below scan them. Walk them to list a setting's
+// keys, values and texts; translate a text with QCoreApplication::translate("Statics", text).
+
+/** Camera eyes: "right", "left", "both", "auto", "LiR", "RiL". */
+extern COREQT_EXPORT const ko::EnumNameRow sCamEyes[6];
+/** Stream modes; the last row is "Unknown" (value 0, key "undef"). */
+extern COREQT_EXPORT const ko::EnumNameRow sStreamModes[4];
+/** Night improvement modes; the last row is "Unknown". */
+extern COREQT_EXPORT const ko::EnumNameRow sNightImprovements[4];
+/** White balance modes; the last row is "Unknown". */
+extern COREQT_EXPORT const ko::EnumNameRow sWhiteBalances[14];
+/** Noise suppression: the lux family (keys in tenths of a lux), the level family, "Unknown". */
+extern COREQT_EXPORT const ko::EnumNameRow sNoiseSuppressions[9];
+/** Dark noise suppression levels; the last row is "Unknown". */
+extern COREQT_EXPORT const ko::EnumNameRow sDarkNoiseSuppressions[5];
+/** Contrast modes; the last row is "Unknown". */
+extern COREQT_EXPORT const ko::EnumNameRow sContrastModes[5];
 /** Stream codecs, keyed by the value of the codec's on/off setting ("enable", "disable"). */
 extern COREQT_EXPORT const ko::KeyNameRow sStreamCodex[2];
+/** Microphone targets, named by identifier (the row index). */
+extern COREQT_EXPORT const ko::KeyNameRow sMicrophoneTargets[4];
+/** Microphone sensitivities, by key or by identifier (the row index). */
+extern COREQT_EXPORT const ko::KeyNameRow sMicrophoneSensitivity[3];
+/** Exposure areas; the closing row's text and key are null and match the empty key. */
+extern COREQT_EXPORT const ko::KeyNameRow sExposurePresets[13];
+/** Display modes. */
+extern COREQT_EXPORT const ko::KeyNameRow sDisplayModes[15];
+/** Resolutions; the key "704x576" names row 14, row 18 is reached through "4CIF" only. */
+extern COREQT_EXPORT const ko::KeyNameRow sResolutions[24];
 
 // For each of the seven enumerated settings: XIndex gives the row of a value or -1; XName gives
 // the translated text of a row, of a value ("???" when unknown) or of a key (unknown keys come

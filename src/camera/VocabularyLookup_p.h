@@ -4,6 +4,8 @@
 // Lookups shared by the camera vocabulary tables. Every table row has a `text` (the display
 // text and translation source) and a `key`; the functions work on any such row type.
 
+#include "camera/ImageTypes.h"
+
 #include <QCoreApplication>
 #include <QLatin1String>
 #include <QString>
@@ -19,16 +21,6 @@ namespace vocabulary
 inline QString translated(const char* text)
 {
     return QCoreApplication::translate("Statics", text);
-}
-
-/** The index of the first row whose key equals @p key exactly (a null row key equals ""), or -1. */
-template <typename Row, std::size_t N> int indexOfKey(const Row (&table)[N], const QString& key)
-{
-    for (std::size_t i = 0; i < N; ++i) {
-        if (key == QLatin1String(table[i].key))
-            return int(i);
-    }
-    return -1;
 }
 
 /** The translated text of row @p index. */

@@ -33,9 +33,9 @@ int slotOf(Log::ELevel level)
 // the atomics let lineCount() read them from any thread.
 std::atomic<quint64> sLineCounts[SlotCount] = {};
 
-void countLine_locked(Log::ELevel level)
+void countLine_locked(int slot)
 {
-    std::atomic<quint64>& count = sLineCounts[slotOf(level)];
+    std::atomic<quint64>& count = sLineCounts[slot];
     count.store(count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
@@ -244,7 +244,7 @@ LogLine::LogLine(Log::ELevel level)
 // saved flags and the prefix. A marked line works on the fronted log's std::ostream, ko::Log::instance().
 LogLine::LogLine(Log::ELevel level, const char* marker)
     : mLocker(LogQt::s_instance.mutex(), true)
-    , mLevel(level)
+    , mSlot(slotOf(level))
 {
     LogQt& front = LogQt::s_instance;
     if (marker) {
@@ -258,8 +258,7 @@ LogLine::LogLine(Log::ELevel level, const char* marker)
         *mMarkedStream << marker;
         return;
     }
-    const int slot = slotOf(level);
-    mStream = front.getStream_locked(slot);
+    mStream = front.getStream_locked(mSlot);
     if (!mStream || front.logLevel() > level) {
         mStream = nullptr;
         return;
@@ -268,7 +267,7 @@ LogLine::LogLine(Log::ELevel level, const char* marker)
     front.pre(level);
     // Text a caller left in the stream follows the prefix, ahead of this line's own.
     mStream->flush();
-    mTarget = front.directTarget_locked(slot);
+    mTarget = front.directTarget_locked(mSlot);
 }
 
 LogLine::~LogLine()
@@ -286,7 +285,7 @@ LogLine::~LogLine()
         *mStream << Qt::endl;
         mStream->setNumberFlags(mNumberFlags);
     }
-    countLine_locked(mLevel);
+    countLine_locked(mSlot);
 }
 
 void LogLine::writeMarked(Log::ELevel level, const char* marker, const char* text)
@@ -302,7 +301,7 @@ void LogLine::writeMarked(Log::ELevel level, const char* marker, const char* tex
     *os << '\n';
     os->flush();
     os->flags(line.mFormatFlags);
-    countLine_locked(level);
+    countLine_locked(line.mSlot);
 }
 
 // Hands the text so far to the text stream, which then writes the rest of the line as well.

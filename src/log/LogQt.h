@@ -207,7 +207,7 @@ private:
     QTextStream* mStream = nullptr; // the level's text stream; null for an inactive or a marked line
     std::streambuf* mTarget = nullptr; // where mBytes go; null once the line goes through mStream
     std::ostream* mMarkedStream = nullptr; // the stream of a marked line
-    Log::ELevel mLevel;
+    int mSlot = 0; // the level's slot; a level outside the enumeration is not kept as one
     QTextStream::NumberFlags mNumberFlags;
     std::ios_base::fmtflags mFormatFlags = {};
     signed char mPlainNumbers = -1; // whether the text stream writes integers as plain digits; -1 unknown

@@ -1,6 +1,6 @@
-# Script run by CTest: install, then build and run consumers of the installed tree.
+# Script run by CTest: builds and runs consumers of the tree installed in PREFIX.
 file(REMOVE_RECURSE "${WORK_DIR}")
-set(prefix "${WORK_DIR}/prefix")
+set(prefix "${PREFIX}")
 
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -9,8 +9,6 @@ function(run)
     endif()
     set(last_output "${out}" PARENT_SCOPE)
 endfunction()
-
-run(${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${prefix}")
 
 # Libraries with their SONAME links.
 foreach(lib Core kom CoreQt)

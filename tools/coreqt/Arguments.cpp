@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include <cmath>
+#include <limits>
 
 namespace tool
 {
@@ -19,6 +20,12 @@ void badUsage(const QString& reason)
     throw ko::IllegalArgumentException(QString(), reason);
 }
 
+bool isNegativeNumber(const QString& text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^-\\.?[0-9]"));
+    return pattern.match(text).hasMatch();
+}
+
 quint32 parseUInt32(const QString& what, const QString& text)
 {
     static const QRegularExpression hex(QStringLiteral("^0[xX]([0-9A-Fa-f]+)$"));
@@ -31,31 +38,40 @@ quint32 parseUInt32(const QString& what, const QString& text)
         value = match.captured(1).toULongLong(&ok, 16);
     else if (decimal.match(text).hasMatch())
         value = text.toULongLong(&ok, 10);
+    else if (isNegativeNumber(text))
+        badInput(what, text, QStringLiteral("negative; write a number from 0 to 0xFFFFFFFF"));
     else
         badInput(
             what, text, QStringLiteral("not a number; write it in decimal or as 0x-prefixed hexadecimal"));
     if (!ok || value > 0xFFFFFFFFull)
-        badInput(what, text, QStringLiteral("larger than 32 bits (0xFFFFFFFF)"));
+        badInput(what, text, QStringLiteral("out of range: larger than 32 bits (0xFFFFFFFF)"));
     return quint32(value);
 }
 
 int parseInteger(const QString& what, const QString& text, int minimum)
 {
+    static const QRegularExpression integer(QStringLiteral("^[-+]?[0-9]+$"));
+    if (!integer.match(text).hasMatch())
+        badInput(what, text, QStringLiteral("not a decimal integer"));
     bool ok = false;
     const int value = text.toInt(&ok, 10);
-    if (!ok || text.trimmed() != text)
-        badInput(what, text, QStringLiteral("not a decimal integer"));
-    if (value < minimum)
-        badInput(what, text, QStringLiteral("must be at least %1").arg(minimum));
-    return value;
+    if (ok && value >= minimum)
+        return value;
+    if (!ok && !text.startsWith(QLatin1Char('-')))
+        badInput(what, text, QStringLiteral("out of range: at most %1").arg(std::numeric_limits<int>::max()));
+    badInput(what, text, QStringLiteral("must be at least %1").arg(minimum));
 }
 
 double parseNumber(const QString& what, const QString& text)
 {
+    static const QRegularExpression number(
+        QStringLiteral("^[-+]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][-+]?[0-9]+)?$"));
+    if (!number.match(text).hasMatch())
+        badInput(what, text, QStringLiteral("not a finite number"));
     bool ok = false;
     const double value = text.toDouble(&ok);
-    if (!ok || !std::isfinite(value) || text.trimmed() != text)
-        badInput(what, text, QStringLiteral("not a finite number"));
+    if (!ok || !std::isfinite(value))
+        badInput(what, text, QStringLiteral("out of range for a double"));
     return value;
 }
 

@@ -23,11 +23,11 @@ struct Invocation
     /** The positional arguments after the subcommand's name. */
     QStringList arguments;
     /** The parser, holding the global options and the subcommand's own. */
-    const QCommandLineParser* parser;
+    const QCommandLineParser* parser = nullptr;
     /** The output format chosen with --format. */
-    Format format;
+    Format format = Format::Text;
     /** The installed translations, which the tour switches between languages. */
-    Translations* translations;
+    Translations* translations = nullptr;
 
     /** True when the option @p name was given. */
     bool isSet(const QString& name) const;

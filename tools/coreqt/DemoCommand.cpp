@@ -101,10 +101,10 @@ void showSignalThreadPool()
 void showVocabulary(Translations& translations)
 {
     section(QStringLiteral("Camera vocabulary in English, German and French"));
-    const Language installed = translations.language();
-    for (Language language : { Language::English, Language::German, Language::French }) {
-        translations.install(language);
-        const QString code = languageCode(language);
+    const QLocale installed = translations.language();
+    for (QLocale::Language language : { QLocale::English, QLocale::German, QLocale::French }) {
+        translations.install(QLocale(language));
+        const QString code = QLocale(language).bcp47Name();
         printLine(QStringLiteral("  %1  event VM: %2").arg(code, ko::triggerEventName(QStringLiteral("VM"))));
         printLine(
             QStringLiteral("  %1  event AMB_7: %2").arg(code, ko::triggerEventName(QStringLiteral("AMB_7"))));

@@ -4,6 +4,7 @@
 #include "Output.h"
 
 #include "camera/EventTypes.h"
+#include "camera/ImageTypes.h"
 
 namespace tool
 {
@@ -11,18 +12,9 @@ namespace tool
 namespace
 {
 
-const ko::TriggerEventRow* findEvent(const QString& key)
-{
-    for (const ko::TriggerEventRow& row : ko::sTriggerEvents) {
-        if (key == QLatin1String(row.key))
-            return &row;
-    }
-    return nullptr;
-}
-
 bool isKnownEventKey(const QString& key)
 {
-    return findEvent(key) || key.startsWith(ko::kMessageBeginTrigger)
+    return ko::indexOfKey(ko::sTriggerEvents, key) >= 0 || key.startsWith(ko::kMessageBeginTrigger)
         || key.startsWith(ko::kMessageEndTrigger);
 }
 
@@ -59,10 +51,11 @@ int runEvent(const Invocation& invocation)
 
 Record eventRecord(const QString& key)
 {
-    const ko::TriggerEventRow* row = findEvent(key);
+    const int row = ko::indexOfKey(ko::sTriggerEvents, key);
+    const quint32 mask = row < 0 ? 0 : ko::sTriggerEvents[row].mask;
     Record record;
     record.add(QStringLiteral("key"), key)
-        .add(QStringLiteral("mask"), row && row->mask ? QJsonValue(hex32(row->mask)) : QJsonValue())
+        .add(QStringLiteral("mask"), mask ? QJsonValue(hex32(mask)) : QJsonValue())
         .add(QStringLiteral("text"), ko::triggerEventName(key));
     return record;
 }

@@ -2,19 +2,13 @@
 
 #include "Arguments.h"
 #include "Output.h"
+#include "SignalCleanup.h"
 
 #include "exceptions/FileException.h"
 #include "io/FileEncrypt.h"
 
-#include <QDir>
 #include <QFileInfo>
-#include <QRandomGenerator>
 #include <QSaveFile>
-#include <QtEndian>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 namespace tool
 {
@@ -22,20 +16,15 @@ namespace tool
 namespace
 {
 
-// The plain header in front of the enciphered bytes: version, minimum version, two reserved
-// bytes, the cipher seed (little-endian).
-constexpr qint64 kHeaderSize = 8;
 // Files above this size show a progress line on a terminal.
 constexpr qint64 kProgressThreshold = qint64(16) << 20;
 constexpr qint64 kChunkSize = qint64(1) << 20;
 
+// An enciphered file's header, as the library reads it, and the file's raw size.
 struct Header
 {
+    ko::FileEncrypt::Header fields;
     qint64 fileSize = 0;
-    int version = 0;
-    int minimumVersion = 0;
-    quint16 reserved = 0;
-    quint32 seed = 0;
 };
 
 [[noreturn]] void fail(const QFileDevice& device, const QString& path)
@@ -54,18 +43,13 @@ Header readHeader(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         fail(file, path);
-    Header header;
-    header.fileSize = file.size();
-    const QByteArray bytes = file.read(kHeaderSize);
-    if (bytes.size() < kHeaderSize) {
-        if (file.error() != QFile::NoError)
-            fail(file, path);
-        notEnciphered(path, QStringLiteral("%1 bytes, shorter than the 8-byte header").arg(bytes.size()));
-    }
-    header.version = static_cast<signed char>(bytes.at(0));
-    header.minimumVersion = static_cast<signed char>(bytes.at(1));
-    header.reserved = qFromLittleEndian<quint16>(bytes.constData() + 2);
-    header.seed = qFromLittleEndian<quint32>(bytes.constData() + 4);
+    Header header { ko::FileEncrypt::Header(file.read(8)), file.size() };
+    if (file.error() != QFile::NoError)
+        fail(file, path);
+    // The library opens a short file with a zero-filled header; the tool says what it is instead.
+    if (header.fields.length() < 8)
+        notEnciphered(
+            path, QStringLiteral("%1 bytes, shorter than the 8-byte header").arg(header.fields.length()));
     return header;
 }
 
@@ -74,10 +58,33 @@ Header readHeader(const QString& path)
 // for it, so such a file is refused rather than deciphered into noise.
 bool openEnciphered(ko::FileEncrypt& file, const Header& header)
 {
-    return header.seed != 0 && file.open(QIODevice::ReadOnly);
+    return header.fields.seed() != 0 && header.fields.isReadable() && file.open(QIODevice::ReadOnly);
 }
 
-void copy(QIODevice& in, const QString& inPath, QIODevice& out, const QString& outPath, Progress& progress)
+// A file name argument (IN, OUT, FILE); an empty one names no file.
+QString fileArgument(const Invocation& invocation, int index, const QString& what)
+{
+    const QString path = invocation.arguments.at(index);
+    if (path.isEmpty())
+        badInput(what, path, QStringLiteral("an empty file name"));
+    return path;
+}
+
+// Writes all of @p data. A short write sets no error; one more attempt at the rest makes the system
+// tell why (a full disk, a file size limit), and the run fails either way.
+void writeAll(QFileDevice& out, const QString& outPath, const char* data, qint64 size)
+{
+    const qint64 written = out.write(data, size);
+    if (written == size)
+        return;
+    if (written >= 0)
+        out.write(data + written, size - written);
+    throw ko::FileException(QFileInfo(outPath), QFile::WriteError, out.errorString());
+}
+
+// Copies @p in to @p out; returns the number of bytes copied.
+qint64 copy(
+    QIODevice& in, const QString& inPath, QFileDevice& out, const QString& outPath, Progress& progress)
 {
     QByteArray buffer(int(kChunkSize), Qt::Uninitialized);
     qint64 done = 0;
@@ -87,127 +94,144 @@ void copy(QIODevice& in, const QString& inPath, QIODevice& out, const QString& o
             throw ko::FileException(QFileInfo(inPath), QFile::ReadError, in.errorString());
         if (n == 0)
             break;
-        if (out.write(buffer.constData(), n) != n)
-            throw ko::FileException(QFileInfo(outPath), QFile::WriteError, out.errorString());
+        writeAll(out, outPath, buffer.constData(), n);
         done += n;
         progress.update(done);
     }
     progress.finish();
+    return done;
+}
+
+void close(QFileDevice& device, const QString& path)
+{
+    device.close();
+    if (device.error() != QFile::NoError)
+        fail(device, path);
 }
 
 /**
- * An enciphered file written beside its destination under a temporary name and renamed over it
- * only by commit(), so that a failed run leaves an existing destination as it was.
+ * OUT of encrypt and decrypt, as cp treats it. A regular file, a new one, or the file a symbolic
+ * link points to (the link stays) is written through QSaveFile and replaced only by commit(), with
+ * its permissions kept. OUT that exists and is not a regular file (a FIFO, a character device) is
+ * written in place: renaming a new file over it would replace the device node itself.
  */
-class EncipheredOutput
+class Destination
 {
 public:
-    explicit EncipheredOutput(const QString& path)
+    Destination(const QString& path, bool encipher, SignalCleanup& cleanup)
         : mPath(path)
+        , mCleanup(cleanup)
     {
-        const QFileInfo info(path);
-        for (int attempt = 0; attempt < 100; ++attempt) {
-            mFile.setFileName(info.absoluteDir().filePath(
-                QStringLiteral(".%1.%2.coreqt")
-                    .arg(info.fileName())
-                    .arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'))));
-            if (mFile.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-                return;
-            if (mFile.exists())
-                continue;
-            break;
+        const QFileInfo info(path); // follows symbolic links
+        mInPlace = info.exists() && !info.isFile() && !info.isDir();
+        QFile& plain = mDirect;
+        if (mInPlace) {
+            plain.setFileName(path);
+        } else {
+            // A signal between creating the temporary file and registering it would leave it behind.
+            cleanup.hold();
+            mSave.setFileName(path);
+            const bool opened = mSave.open(QIODevice::WriteOnly);
+            if (opened)
+                cleanup.removeOnSignal(mSave.handle());
+            cleanup.release();
+            if (!opened)
+                fail(mSave, path);
+            // QSaveFile names its temporary file nowhere; its descriptor does.
+            plain.setFileName(QStringLiteral("/proc/self/fd/%1").arg(mSave.handle()));
         }
-        throw ko::FileException(QFileInfo(path), QFile::OpenError, mFile.errorString());
+        if (encipher) {
+            mEnciphered.setFileName(plain.fileName());
+            mDevice = &mEnciphered;
+        } else {
+            mDevice = mInPlace ? static_cast<QFileDevice*>(&mDirect) : &mSave;
+        }
+        if (mDevice != &mSave && !mDevice->open(QIODevice::WriteOnly))
+            fail(*mDevice, path);
     }
 
-    ~EncipheredOutput()
-    {
-        if (!mCommitted) {
-            mFile.close();
-            mFile.remove();
-        }
-    }
+    Destination(const Destination&) = delete;
+    Destination& operator=(const Destination&) = delete;
 
-    EncipheredOutput(const EncipheredOutput&) = delete;
-    EncipheredOutput& operator=(const EncipheredOutput&) = delete;
+    /** Where the contents go. */
+    QFileDevice& device() { return *mDevice; }
+    /** The seed of the enciphered contents; 0 when they are written plain. */
+    quint32 seed() const { return mEnciphered.seed(); }
 
-    ko::FileEncrypt& device() { return mFile; }
-
+    /** Completes OUT: the new file replaces the old one, or the device has everything. */
     void commit()
     {
-        mFile.close();
-        if (mFile.error() != QFile::NoError)
-            fail(mFile, mPath);
-        // Like QSaveFile: a replaced file keeps its permissions, a new one gets the defaults.
-        if (QFile::exists(mPath))
-            mFile.setPermissions(QFile::permissions(mPath));
-        if (std::rename(QFile::encodeName(mFile.fileName()).constData(), QFile::encodeName(mPath).constData())
-            != 0)
-            throw ko::FileException(
-                QFileInfo(mPath), QFile::RenameError, QString::fromLocal8Bit(std::strerror(errno)));
-        mCommitted = true;
+        if (mDevice != &mSave)
+            close(*mDevice, mPath);
+        if (!mInPlace && !mSave.commit())
+            fail(mSave, mPath);
+        mCleanup.keepOnSignal();
     }
 
 private:
     QString mPath;
-    ko::FileEncrypt mFile;
-    bool mCommitted = false;
+    SignalCleanup& mCleanup;
+    bool mInPlace = false;
+    // Declared first, destroyed last: the temporary file is removed after the devices writing it
+    // are closed.
+    QSaveFile mSave;
+    QFile mDirect;
+    ko::FileEncrypt mEnciphered;
+    QFileDevice* mDevice = nullptr;
 };
 
-int runEncrypt(const Invocation& invocation)
+void printWritten(const Invocation& invocation, const QString& outPath, qint64 size, const quint32* seed)
 {
-    const QString inPath = invocation.arguments.at(0);
-    const QString outPath = invocation.arguments.at(1);
-    QFile in(inPath);
-    if (!in.open(QIODevice::ReadOnly))
-        fail(in, inPath);
-    EncipheredOutput out(outPath);
-    Progress progress(QStringLiteral("encrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
-    copy(in, inPath, out.device(), outPath, progress);
-    const quint32 seed = out.device().seed();
-    const qint64 size = out.device().size();
-    out.commit();
-
     Report report(Report::Properties);
     report.set(QStringLiteral("file"), outPath);
     report.set(QStringLiteral("size"), double(size));
-    report.set(QStringLiteral("seed"), hex32(seed));
+    if (seed)
+        report.set(QStringLiteral("seed"), hex32(*seed));
     report.print(invocation.format);
+}
+
+int runEncrypt(const Invocation& invocation)
+{
+    const QString inPath = fileArgument(invocation, 0, QStringLiteral("IN"));
+    const QString outPath = fileArgument(invocation, 1, QStringLiteral("OUT"));
+    SignalCleanup cleanup;
+    QFile in(inPath);
+    if (!in.open(QIODevice::ReadOnly))
+        fail(in, inPath);
+    Destination out(outPath, true, cleanup);
+    Progress progress(QStringLiteral("encrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
+    const qint64 size = copy(in, inPath, out.device(), outPath, progress);
+    const quint32 seed = out.seed();
+    out.commit();
+    printWritten(invocation, outPath, size, &seed);
     return 0;
 }
 
 int runDecrypt(const Invocation& invocation)
 {
-    const QString inPath = invocation.arguments.at(0);
-    const QString outPath = invocation.arguments.at(1);
+    const QString inPath = fileArgument(invocation, 0, QStringLiteral("IN"));
+    const QString outPath = fileArgument(invocation, 1, QStringLiteral("OUT"));
+    SignalCleanup cleanup;
     const Header header = readHeader(inPath);
     ko::FileEncrypt in(inPath);
     if (!openEnciphered(in, header))
         notEnciphered(inPath,
             QStringLiteral("version %1 (minimum version %2, seed %3) is not one this library reads")
-                .arg(header.version)
-                .arg(header.minimumVersion)
-                .arg(hex32(header.seed)));
-    QSaveFile out(outPath);
-    if (!out.open(QIODevice::WriteOnly))
-        fail(out, outPath);
+                .arg(int(header.fields.version()))
+                .arg(int(header.fields.minimumVersion()))
+                .arg(hex32(header.fields.seed())));
+    Destination out(outPath, false, cleanup);
     Progress progress(QStringLiteral("decrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
-    copy(in, inPath, out, outPath, progress);
-    const qint64 size = in.size();
+    const qint64 size = copy(in, inPath, out.device(), outPath, progress);
     in.close();
-    if (!out.commit())
-        fail(out, outPath);
-
-    Report report(Report::Properties);
-    report.set(QStringLiteral("file"), outPath);
-    report.set(QStringLiteral("size"), double(size));
-    report.print(invocation.format);
+    out.commit();
+    printWritten(invocation, outPath, size, nullptr);
     return 0;
 }
 
 int runInspect(const Invocation& invocation)
 {
-    inspectFile(invocation.arguments.first()).print(invocation.format);
+    inspectFile(fileArgument(invocation, 0, QStringLiteral("FILE"))).print(invocation.format);
     return 0;
 }
 
@@ -222,24 +246,25 @@ Report inspectFile(const QString& path)
 
     Report report(Report::Properties);
     report.set(QStringLiteral("file"), path);
-    report.set(QStringLiteral("version"), header.version);
-    report.set(QStringLiteral("minimumVersion"), header.minimumVersion);
-    report.set(
-        QStringLiteral("reserved"), QStringLiteral("0x%1").arg(header.reserved, 4, 16, QLatin1Char('0')));
-    report.set(QStringLiteral("seed"), hex32(header.seed));
-    report.set(QStringLiteral("size"), double(header.fileSize - kHeaderSize));
+    report.set(QStringLiteral("version"), int(header.fields.version()));
+    report.set(QStringLiteral("minimumVersion"), int(header.fields.minimumVersion()));
+    report.set(QStringLiteral("reserved"),
+        QStringLiteral("0x%1").arg(header.fields.reserved(), 4, 16, QLatin1Char('0')));
+    report.set(QStringLiteral("seed"), hex32(header.fields.seed()));
+    report.set(QStringLiteral("size"), double(header.fileSize - header.fields.length()));
     report.set(QStringLiteral("readable"), readable);
     return report;
 }
 
 const Command kEncryptCommand = { "encrypt", "IN OUT",
     "Writes IN as an enciphered file OUT (an 8-byte plain header, then the enciphered bytes; this hides "
-    "data from casual reading and is not cryptography). OUT is replaced only when complete.",
+    "data from casual reading and is not cryptography). A file OUT is replaced only when complete; a FIFO or "
+    "device is written in place.",
     2, 2, nullptr, runEncrypt };
 
 const Command kDecryptCommand = { "decrypt", "IN OUT",
-    "Writes the contents of the enciphered file IN to OUT, which is replaced only when complete; refuses a "
-    "file this library cannot read.",
+    "Writes the contents of the enciphered file IN to OUT (a file is replaced only when complete, a FIFO or "
+    "device written in place); refuses a file this library cannot read.",
     2, 2, nullptr, runDecrypt };
 
 const Command kInspectCommand = { "inspect", "FILE",

@@ -4,8 +4,6 @@
 #include "threads/IRunnable.h"
 #include "threads/komQtThreadPool.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QMutex>
@@ -62,22 +60,23 @@ private:
 };
 
 // Workers delete themselves with deleteLater() from their own thread when their loop ends; the
-// deletion is posted to this thread, which processes it here.
+// deletion is posted to this thread, whose event loop runs here until the last one is gone.
 void waitUntilDeleted(const QList<QPointer<QThread>>& workers)
 {
-    const QDeadlineTimer deadline(10000);
-    auto anyAlive = [&workers] {
-        for (const QPointer<QThread>& worker : workers) {
-            if (worker)
-                return true;
-        }
-        return false;
-    };
-    while (anyAlive() && !deadline.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QThread::msleep(1);
+    QEventLoop loop;
+    int alive = 0;
+    for (const QPointer<QThread>& worker : workers) {
+        if (!worker)
+            continue;
+        ++alive;
+        QObject::connect(worker, &QObject::destroyed, &loop, [&loop, &alive] {
+            if (--alive == 0)
+                loop.quit();
+        });
     }
+    QTimer::singleShot(10000, &loop, &QEventLoop::quit);
+    if (alive > 0)
+        loop.exec();
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #include "Output.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QStringList>
 
 #include <cmath>
@@ -50,9 +50,37 @@ void writeTo(FILE* file, const QByteArray& bytes)
     std::fflush(file);
 }
 
-QString mebibytes(qint64 bytes)
+QString hexByte(int byte)
 {
-    return QString::number(double(bytes) / (1024.0 * 1024.0), 'f', 1);
+    return QStringLiteral("\\x%1").arg(byte, 2, 16, QLatin1Char('0'));
+}
+
+// Control characters would break the lines and fields of text output, so they are written as
+// escapes, and a backslash is doubled so that every escape reads back unambiguously. The bytes of
+// a file name that are not UTF-8 (held as U+DC80..U+DCFF, see FileNames.h) show as "\xNN".
+QString escaped(const QString& text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const ushort c = text.at(i).unicode();
+        const bool rawByte = c >= 0xDC80 && c <= 0xDCFF && (i == 0 || !text.at(i - 1).isHighSurrogate());
+        if (c == '\\')
+            result += QLatin1String("\\\\");
+        else if (c == '\t')
+            result += QLatin1String("\\t");
+        else if (c == '\n')
+            result += QLatin1String("\\n");
+        else if (c == '\r')
+            result += QLatin1String("\\r");
+        else if (c < 0x20 || (c >= 0x7F && c < 0xA0))
+            result += hexByte(c);
+        else if (rawByte)
+            result += hexByte(c - 0xDC00);
+        else
+            result += text.at(i);
+    }
+    return result;
 }
 
 } // namespace
@@ -97,12 +125,12 @@ QByteArray Report::render(Format format) const
     QString text;
     if (mShape == Properties) {
         for (const auto& field : mRecords.first().fields())
-            text += field.first + QLatin1Char('\t') + textOf(field.second) + QLatin1Char('\n');
+            text += field.first + QLatin1Char('\t') + escaped(textOf(field.second)) + QLatin1Char('\n');
     } else {
         for (const Record& record : mRecords) {
             QStringList values;
             for (const auto& field : record.fields())
-                values << textOf(field.second);
+                values << escaped(textOf(field.second));
             text += values.join(QLatin1Char('\t')) + QLatin1Char('\n');
         }
     }
@@ -126,7 +154,7 @@ void printLine(const QString& line)
 
 void printErrorLine(const QString& line)
 {
-    writeTo(stderr, (line + QLatin1Char('\n')).toUtf8());
+    writeTo(stderr, (escaped(line) + QLatin1Char('\n')).toUtf8());
 }
 
 Progress::Progress(const QString& label, qint64 total, Unit unit, bool wanted)
@@ -134,7 +162,6 @@ Progress::Progress(const QString& label, qint64 total, Unit unit, bool wanted)
     , mTotal(total)
     , mUnit(unit)
     , mShown(wanted && ::isatty(STDERR_FILENO) == 1)
-    , mLastDraw(-1)
     , mDone(0)
 { }
 
@@ -148,10 +175,9 @@ void Progress::update(qint64 done)
     mDone = done;
     if (!mShown)
         return;
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    if (mLastDraw >= 0 && now - mLastDraw < 100)
+    if (mSinceDraw.isValid() && mSinceDraw.elapsed() < 100)
         return;
-    mLastDraw = now;
+    mSinceDraw.start();
     draw(done);
 }
 
@@ -167,8 +193,10 @@ void Progress::finish()
 void Progress::draw(qint64 done)
 {
     const int percent = mTotal > 0 ? int(done * 100 / mTotal) : 100;
+    const QLocale locale;
     const QString amount = mUnit == Bytes
-        ? QStringLiteral("%1 of %2 MiB").arg(mebibytes(done), mebibytes(mTotal))
+        ? QStringLiteral("%1 of %2")
+              .arg(locale.formattedDataSize(done, 1), locale.formattedDataSize(mTotal, 1))
         : QStringLiteral("%1 of %2 jobs").arg(done).arg(mTotal);
     // Carriage return and erase-to-end-of-line redraw the line in place.
     writeTo(stderr, QStringLiteral("\r\033[K%1: %2% (%3)").arg(mLabel).arg(percent).arg(amount).toUtf8());

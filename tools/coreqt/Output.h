@@ -3,6 +3,7 @@
 
 #include "Command.h"
 
+#include <QElapsedTimer>
 #include <QJsonValue>
 #include <QPair>
 #include <QString>
@@ -29,6 +30,7 @@ private:
  * command prints nothing on standard output.
  *
  * Rows: one line per record with its values separated by tabs, or a JSON array of objects.
+ * Text output escapes control characters in values ("\t", "\n", "\x01") and doubles backslashes.
  * Properties: one record, one "name<TAB>value" line per field, or a JSON object.
  */
 class Report
@@ -57,7 +59,7 @@ private:
 QString hex32(quint32 value);
 /** Writes @p line and a line feed to standard output (UTF-8) and flushes it. */
 void printLine(const QString& line);
-/** Writes @p line and a line feed to standard error (UTF-8). */
+/** Writes @p line and a line feed to standard error (UTF-8), control characters escaped. */
 void printErrorLine(const QString& line);
 
 /**
@@ -91,7 +93,7 @@ private:
     qint64 mTotal;
     Unit mUnit;
     bool mShown;
-    qint64 mLastDraw;
+    QElapsedTimer mSinceDraw;
     qint64 mDone;
 };
 

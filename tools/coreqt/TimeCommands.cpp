@@ -25,6 +25,10 @@ const QString kFromOption = QStringLiteral("from");
 unsigned long long parseFrameTime(const QString& text)
 {
     static const QRegularExpression digits(QStringLiteral("^[0-9]+$"));
+    static const QRegularExpression negative(QStringLiteral("^-[0-9]+$"));
+    if (negative.match(text).hasMatch())
+        badInput(QStringLiteral("frame time"), text,
+            QStringLiteral("out of range: before 1970-01-01T00:00:00Z, where frame times begin"));
     if (!digits.match(text).hasMatch())
         badInput(QStringLiteral("frame time"), text,
             QStringLiteral("not a frame time (decimal microseconds since 1970-01-01T00:00:00Z)"));
@@ -32,7 +36,8 @@ unsigned long long parseFrameTime(const QString& text)
     const unsigned long long frameTime = text.toULongLong(&ok);
     if (!ok || frameTime > kLastFrameTime)
         badInput(QStringLiteral("frame time"), text,
-            QStringLiteral("after 2106-02-07T06:28:15Z, the last instant frame times convert (%1)")
+            QStringLiteral(
+                "out of range: after 2106-02-07T06:28:15Z, the last instant frame times convert (%1)")
                 .arg(kLastFrameTime));
     return frameTime;
 }

@@ -1,7 +1,6 @@
 #include "Translations.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 #include <QStringList>
 #include <QTranslator>
 
@@ -11,68 +10,25 @@ namespace tool
 namespace
 {
 
-struct LanguageFiles
-{
-    Language language;
-    const char* code;
-    const char* library;
-    const char* qt;
-};
-
-const LanguageFiles kLanguages[] = {
-    { Language::English, "en", nullptr, nullptr },
-    { Language::German, "de", ":/translations/CoreQt_de_DE.qm", ":/translations/qt_de.qm" },
-    { Language::French, "fr", ":/translations/CoreQt_fr_FR.qm", ":/translations/qt_fr.qm" },
-};
-
-const LanguageFiles& filesOf(Language language)
-{
-    for (const LanguageFiles& files : kLanguages) {
-        if (files.language == language)
-            return files;
-    }
-    return kLanguages[0];
-}
-
-std::unique_ptr<QTranslator> load(const char* path)
-{
-    std::unique_ptr<QTranslator> translator(new QTranslator);
-    if (!translator->load(QString::fromLatin1(path))
-        || !QCoreApplication::installTranslator(translator.get()))
-        return nullptr;
-    return translator;
-}
+const QString kResources = QStringLiteral(":/translations");
 
 } // namespace
 
-bool parseLanguage(const QString& name, Language* language)
+bool parseLanguage(const QString& code, QLocale* language)
 {
-    for (const LanguageFiles& files : kLanguages) {
-        if (name == QLatin1String(files.code)) {
-            *language = files.language;
-            return true;
-        }
-    }
-    return false;
+    if (!QStringList({ QStringLiteral("de"), QStringLiteral("fr"), QStringLiteral("en") }).contains(code))
+        return false;
+    *language = QLocale(code);
+    return true;
 }
 
-Language systemLanguage()
+QLocale systemLanguage()
 {
-    // uiLanguages() follows LANGUAGE, LC_ALL, LC_MESSAGES and LANG, as message catalogues do.
-    const QStringList preferred = QLocale::system().uiLanguages();
-    Language language = Language::English;
-    if (!preferred.isEmpty())
-        parseLanguage(preferred.first().left(2).toLower(), &language);
-    return language;
-}
-
-QString languageCode(Language language)
-{
-    return QString::fromLatin1(filesOf(language).code);
+    return QLocale(QLocale::system().uiLanguages().value(0));
 }
 
 Translations::Translations()
-    : mLanguage(Language::English)
+    : mLanguage(QLocale::English)
 { }
 
 Translations::~Translations()
@@ -80,17 +36,22 @@ Translations::~Translations()
     remove();
 }
 
-bool Translations::install(Language language)
+bool Translations::install(const QLocale& locale)
 {
     remove();
-    const LanguageFiles& files = filesOf(language);
-    if (files.library) {
-        mLibrary = load(files.library);
-        mQt = load(files.qt);
-        if (!mLibrary || !mQt) {
-            remove();
-            return false;
-        }
+    // The embedded catalogues are named after a language's main country (CoreQt_de_DE.qm, qt_de.qm),
+    // which QLocale(language) has: German from Austria finds them too.
+    const QLocale language(locale.language());
+    std::unique_ptr<QTranslator> library(new QTranslator);
+    std::unique_ptr<QTranslator> qt(new QTranslator);
+    const bool found = library->load(language, QStringLiteral("CoreQt"), QStringLiteral("_"), kResources);
+    if (found != qt->load(language, QStringLiteral("qt"), QStringLiteral("_"), kResources))
+        return false;
+    if (found) {
+        mLibrary = std::move(library);
+        mQt = std::move(qt);
+        QCoreApplication::installTranslator(mLibrary.get());
+        QCoreApplication::installTranslator(mQt.get());
     }
     mLanguage = language;
     return true;
@@ -103,7 +64,7 @@ void Translations::remove()
             QCoreApplication::removeTranslator(translator->get());
         translator->reset();
     }
-    mLanguage = Language::English;
+    mLanguage = QLocale(QLocale::English);
 }
 
 } // namespace tool

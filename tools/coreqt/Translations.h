@@ -1,6 +1,7 @@
 #ifndef COREQT_TOOL_TRANSLATIONS_H
 #define COREQT_TOOL_TRANSLATIONS_H
 
+#include <QLocale>
 #include <QString>
 
 #include <memory>
@@ -10,19 +11,15 @@ class QTranslator;
 namespace tool
 {
 
-/** The languages the library's embedded catalogues offer, English being the source language. */
-enum class Language { English, German, French };
-
 /** The language of a --lang value ("de", "fr", "en"); false for any other value. */
-bool parseLanguage(const QString& name, Language* language);
-/** The language of the user's locale settings, English when it is neither German nor French. */
-Language systemLanguage();
-/** The --lang value of @p language. */
-QString languageCode(Language language);
+bool parseLanguage(const QString& code, QLocale* language);
+/** The language the user's settings ask for first (LANGUAGE, LC_ALL, LC_MESSAGES, LANG). */
+QLocale systemLanguage();
 
 /**
  * The translators of one language, taken from the library's embedded resources: the library's
- * catalogue and Qt's own. Installing another language replaces them; English installs none.
+ * catalogue and Qt's own. Installing another language replaces them; a language without embedded
+ * catalogues (English, the source language, among others) installs none.
  */
 class Translations
 {
@@ -34,15 +31,16 @@ public:
     Translations(const Translations&) = delete;
     Translations& operator=(const Translations&) = delete;
 
-    /** Installs the catalogues of @p language in place of the current ones; false when one fails to load. */
-    bool install(Language language);
+    /** Installs the catalogues of @p locale's language in place of the current ones; false when one loads
+     * without the other. */
+    bool install(const QLocale& locale);
     /** The installed language. */
-    Language language() const { return mLanguage; }
+    QLocale language() const { return mLanguage; }
 
 private:
     void remove();
 
-    Language mLanguage;
+    QLocale mLanguage;
     std::unique_ptr<QTranslator> mLibrary;
     std::unique_ptr<QTranslator> mQt;
 };

@@ -1,0 +1,7 @@
+# Script run by CTest, the fixture of every test of the installed tree: installs the build into a
+# fresh scratch prefix.
+file(REMOVE_RECURSE "${PREFIX}")
+execute_process(COMMAND ${CMAKE_COMMAND} --install "${BUILD_DIR}" --prefix "${PREFIX}" RESULT_VARIABLE rc)
+if(NOT rc EQUAL 0)
+    message(FATAL_ERROR "cmake --install failed (${rc})")
+endif()
