@@ -35,7 +35,7 @@ constexpr int kLines = 20000; // lines of one single-thread run
 constexpr int kThreads = 4;
 constexpr int kThreadLines = 50000; // lines of each thread in one run
 constexpr int kPairs = 15; // runs of each side per single-thread comparison
-constexpr int kThreadPairs = 7;
+constexpr int kThreadPairs = 11;
 
 // The idiom's prefix "yyyy-MM-dd hh:mm:ss.zzz Warning " for spdlog, whose level name is as long.
 constexpr const char* kSpdlogPattern = "%Y-%m-%d %H:%M:%S.%e %l %v";
@@ -155,57 +155,48 @@ void compare(benchmark::State& state, const std::string& name, int pairs, int li
 // The line of both sides: "QtThreadPool: job <id> finished in 12 ms, queue 3" after the prefix.
 const char* const kTextLine = "QtThreadPool: job 123456 finished in 12 ms, queue 3";
 
-void BM_Text(benchmark::State& state)
+// A single-thread comparison: @p own(i) and @p peer(logger, i) write line i of a run.
+template <class Own, class Peer>
+void singleThread(benchmark::State& state, const std::string& name, Own own, Peer peer)
 {
-    idiomFile("text-idiom");
-    auto logger = spdlogFile("text-spdlog");
-    const QString text = QString::fromLatin1(kTextLine);
+    idiomFile(name + "-idiom");
+    auto logger = spdlogFile(name + "-spdlog");
     for (auto _ : state) {
-        compare(state, "Text", kPairs, kLines,
+        compare(state, name, kPairs, kLines,
             [&] {
                 for (int i = 0; i < kLines; ++i)
-                    ko::LogQt::write(ko::Log::Warning, text);
+                    own(i);
             },
             [&] {
                 for (int i = 0; i < kLines; ++i)
-                    logger->warn(kTextLine);
+                    peer(*logger, i);
             });
     }
+}
+
+void BM_Text(benchmark::State& state)
+{
+    const QString text = QString::fromLatin1(kTextLine);
+    singleThread(state, "Text", [&](int) { ko::LogQt::write(ko::Log::Warning, text); },
+        [](spdlog::logger& logger, int) { logger.warn(kTextLine); });
 }
 
 void BM_Streamed(benchmark::State& state)
 {
-    idiomFile("streamed-idiom");
-    auto logger = spdlogFile("streamed-spdlog");
-    for (auto _ : state) {
-        compare(state, "Streamed", kPairs, kLines,
-            [&] {
-                for (int i = 0; i < kLines; ++i)
-                    ko::LogLine(ko::Log::Warning) << "QtThreadPool: job " << 100000 + i << " finished in " << 12
-                                                  << " ms, queue " << 3;
-            },
-            [&] {
-                for (int i = 0; i < kLines; ++i)
-                    logger->warn("QtThreadPool: job {} finished in {} ms, queue {}", 100000 + i, 12, 3);
-            });
-    }
+    singleThread(state, "Streamed",
+        [](int i) {
+            ko::LogLine(ko::Log::Warning) << "QtThreadPool: job " << 100000 + i << " finished in " << 12
+                                          << " ms, queue " << 3;
+        },
+        [](spdlog::logger& logger, int i) {
+            logger.warn("QtThreadPool: job {} finished in {} ms, queue {}", 100000 + i, 12, 3);
+        });
 }
 
 void BM_Marked(benchmark::State& state)
 {
-    idiomFile("marked-idiom");
-    auto logger = spdlogFile("marked-spdlog");
-    for (auto _ : state) {
-        compare(state, "Marked", kPairs, kLines,
-            [&] {
-                for (int i = 0; i < kLines; ++i)
-                    ko::LogQt::qtMsgHandler(QtWarningMsg, kTextLine);
-            },
-            [&] {
-                for (int i = 0; i < kLines; ++i)
-                    logger->warn(kTextLine);
-            });
-    }
+    singleThread(state, "Marked", [](int) { ko::LogQt::qtMsgHandler(QtWarningMsg, kTextLine); },
+        [](spdlog::logger& logger, int) { logger.warn(kTextLine); });
 }
 
 // Starts kThreads threads that each call @p line(thread, index) kThreadLines times, and waits for them.
@@ -225,6 +216,11 @@ void inThreads(const std::function<void(int, int)>& line)
 void idiomThreadLine(int t, int i)
 {
     ko::LogLine(ko::Log::Warning) << "worker " << t << " job " << i << " finished in " << 12 << " ms, queue " << 3;
+}
+
+void spdlogThreadLine(spdlog::logger& logger, int t, int i)
+{
+    logger.warn("worker {} job {} finished in {} ms, queue {}", t, i, 12, 3);
 }
 
 // True when the file holds every line of kThreads threads whole: each thread's lines in order, each
@@ -251,19 +247,16 @@ bool intact(const std::string& file)
 void BM_Threads(benchmark::State& state)
 {
     auto logger = spdlogFile("threads-spdlog");
-    const auto spdlogLine = [&](int t, int i) {
-        logger->warn("worker {} job {} finished in {} ms, queue {}", t, i, 12, 3);
-    };
     for (auto _ : state) {
         idiomFile("threads-idiom");
         compare(state, "Threads", kThreadPairs, kThreads * kThreadLines, [&] { inThreads(idiomThreadLine); },
-            [&] { inThreads(spdlogLine); });
+            [&] { inThreads([&](int t, int i) { spdlogThreadLine(*logger, t, i); }); });
         // A last run of each side into a file of its own, read back line by line.
         idiomFile("threads-idiom-check");
         inThreads(idiomThreadLine);
         idiomFile("threads-idiom"); // closes the checked file
         auto checked = spdlogFile("threads-spdlog-check");
-        inThreads([&](int t, int i) { checked->warn("worker {} job {} finished in {} ms, queue {}", t, i, 12, 3); });
+        inThreads([&](int t, int i) { spdlogThreadLine(*checked, t, i); });
         checked->flush();
         Comparison& result = comparisons["Threads"];
         result.intact = intact(path("threads-idiom-check.log")) && intact(path("threads-spdlog-check.log"));
