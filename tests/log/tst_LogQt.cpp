@@ -275,8 +275,8 @@ void tst_LogQt::lineBytes()
     QFETCH(StreamSetup, setup);
     QFETCH(LineWriter, write);
     QFETCH(QByteArray, bytes);
+    std::ostringstream out; // outlives the capture, which flushes it when putting the old streams back
     LogCapture capture;
-    std::ostringstream out;
     setup(*freshStream(Log::Warning, out));
     {
         ko::LogLine line(Log::Warning);
@@ -305,9 +305,9 @@ struct ShortBuffer : std::stringbuf
 // A line the buffer takes only in part fails the text stream, which then writes nothing more.
 void tst_LogQt::shortWriteFailsTheStream()
 {
-    LogCapture capture;
     ShortBuffer buffer;
     std::ostream out(&buffer);
+    LogCapture capture;
     QTextStream* stream = freshStream(Log::Warning, out);
     ko::LogLine(Log::Warning) << "0123456789";
     QCOMPARE(stream->status(), QTextStream::WriteFailed);
@@ -343,8 +343,8 @@ void tst_LogQt::markedLineBytes()
     QFETCH(QByteArray, text);
     QFETCH(QByteArray, bytes);
     QFETCH(bool, bad);
-    LogCapture capture;
     std::ostringstream out;
+    LogCapture capture;
     setup(out);
     const std::ios_base::fmtflags flags = out.flags();
     Log::instance().setStream(Log::Error, &out, false);
