@@ -276,10 +276,11 @@ LogLine::~LogLine()
         return;
     if (mTarget) {
         // As the text stream's device does: one write of the text, then a sync of the buffer.
-        mBytes.append('\n');
-        const std::streamsize written = mTarget->sputn(mBytes.constData(), mBytes.size());
+        *reserve(1) = '\n';
+        ++mSize;
+        const std::streamsize written = mTarget->sputn(mBytes, mSize);
         mTarget->pubsync();
-        if (written != mBytes.size())
+        if (written != mSize)
             mStream->setStatus(QTextStream::WriteFailed);
     } else {
         *mStream << Qt::endl;
@@ -310,8 +311,21 @@ void LogLine::leaveDirect()
     if (!mTarget)
         return;
     mTarget = nullptr;
-    if (!mBytes.isEmpty())
-        *mStream << QString::fromUtf8(mBytes.constData(), int(mBytes.size()));
+    if (mSize > 0)
+        *mStream << QString::fromUtf8(mBytes, int(mSize));
+}
+
+// Room for @p size more bytes at the end of the line's text.
+char* LogLine::reserve(qsizetype size)
+{
+    if (mSize + size > mCapacity) {
+        mCapacity = std::max(2 * mCapacity, mSize + size);
+        std::unique_ptr<char[]> heap(new char[size_t(mCapacity)]);
+        std::memcpy(heap.get(), mBytes, size_t(mSize));
+        mHeap = std::move(heap);
+        mBytes = mHeap.get();
+    }
+    return mBytes + mSize;
 }
 
 bool LogLine::appendCString(const char* text)
@@ -336,25 +350,27 @@ bool LogLine::appendLatin1(const char* text, qsizetype size)
             break;
     }
     ascii = std::find_if(text + ascii, text + size, [](char c) { return uchar(c) >= 0x80; }) - text;
-    mBytes.append(text, int(ascii));
     // Latin-1 letters above ASCII take two bytes in UTF-8.
+    char* const start = reserve(ascii + 2 * (size - ascii));
+    char* out = std::copy(text, text + ascii, start);
     for (const char* c = text + ascii; c != text + size; ++c) {
         const uchar byte = uchar(*c);
         if (byte < 0x80) {
-            mBytes.append(char(byte));
+            *out++ = char(byte);
         } else {
-            mBytes.append(char(0xc0 | byte >> 6));
-            mBytes.append(char(0x80 | (byte & 0x3f)));
+            *out++ = char(0xc0 | byte >> 6);
+            *out++ = char(0x80 | (byte & 0x3f));
         }
     }
+    mSize += out - start;
     return true;
 }
 
 bool LogLine::appendUtf16(const QChar* text, qsizetype size)
 {
-    const qsizetype start = mBytes.size();
-    mBytes.resize(start + size);
-    char* out = mBytes.data() + start;
+    const qsizetype before = mSize;
+    char* const start = reserve(size);
+    char* out = start;
     const QChar* c = text;
     const QChar* const end = text + size;
     // Log text is mostly ASCII: four characters at a time are checked and narrowed.
@@ -367,12 +383,13 @@ bool LogLine::appendUtf16(const QChar* text, qsizetype size)
         out[2] = char(c[2].unicode());
         out[3] = char(c[3].unicode());
     }
-    if (c != end) {
-        // Room for three bytes a character from here on.
-        const qsizetype done = out - mBytes.data();
-        mBytes.resize(done + 3 * (end - c));
-        out = mBytes.data() + done;
-    }
+    for (; c != end && c->unicode() < 0x80; ++c)
+        *out++ = char(c->unicode());
+    mSize += out - start;
+    if (c == end)
+        return true;
+    // Room for three bytes a character from here on.
+    out = reserve(3 * (end - c));
     for (; c != end; ++c) {
         const ushort u = c->unicode();
         if (u < 0x80) {
@@ -386,11 +403,11 @@ bool LogLine::appendUtf16(const QChar* text, qsizetype size)
             *out++ = char(0x80 | (u & 0x3f));
         } else {
             // A pair may be split across values, and a lone one is replaced: the text stream's encoder decides.
-            mBytes.resize(start);
+            mSize = before;
             return false;
         }
     }
-    mBytes.resize(out - mBytes.data());
+    mSize = out - mBytes;
     return true;
 }
 
@@ -403,12 +420,12 @@ bool LogLine::appendInteger(qulonglong magnitude, bool negative)
     }
     if (!mPlainNumbers)
         return false;
-    char digits[24];
-    char* end = digits;
+    char* const start = reserve(21); // a sign and 20 digits
+    char* end = start;
     if (negative)
         *end++ = '-';
-    end = std::to_chars(end, std::end(digits), magnitude).ptr;
-    mBytes.append(digits, int(end - digits));
+    end = std::to_chars(end, start + 21, magnitude).ptr;
+    mSize += end - start;
     return true;
 }
 

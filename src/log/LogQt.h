@@ -10,10 +10,10 @@
 #include <QString>
 #include <QStringView>
 #include <QTextStream>
-#include <QVarLengthArray>
 #include <QVector>
 
 #include <ios>
+#include <memory>
 #include <streambuf>
 #include <type_traits>
 
@@ -197,6 +197,7 @@ private:
             return false;
     }
 
+    char* reserve(qsizetype size);
     bool appendCString(const char* text);
     bool appendLatin1(const char* text, qsizetype size);
     bool appendUtf16(const QChar* text, qsizetype size);
@@ -211,7 +212,12 @@ private:
     QTextStream::NumberFlags mNumberFlags;
     std::ios_base::fmtflags mFormatFlags = {};
     signed char mPlainNumbers = -1; // whether the text stream writes integers as plain digits; -1 unknown
-    QVarLengthArray<char, 512> mBytes; // the line's text, UTF-8, while it goes straight to mTarget
+    // The line's text in UTF-8 while it goes straight to mTarget: in mInline, or on the heap when longer.
+    char* mBytes = mInline;
+    qsizetype mSize = 0;
+    qsizetype mCapacity = sizeof mInline;
+    std::unique_ptr<char[]> mHeap;
+    char mInline[480];
 };
 
 } // namespace ko
