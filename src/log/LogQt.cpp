@@ -276,13 +276,14 @@ LogLine::~LogLine()
         return;
     if (mTarget) {
         // As the text stream's device does: one write of the text, then a sync of the buffer.
-        *reserve(1) = '\n';
+        *room(1) = '\n';
         ++mSize;
         const std::streamsize written = mTarget->sputn(mBytes, mSize);
         mTarget->pubsync();
         if (written != mSize)
             mStream->setStatus(QTextStream::WriteFailed);
     } else {
+        // Only a line the text stream wrote may have changed its number flags (with a manipulator).
         *mStream << Qt::endl;
         mStream->setNumberFlags(mNumberFlags);
     }
@@ -316,7 +317,7 @@ void LogLine::leaveDirect()
 }
 
 // Room for @p size more bytes at the end of the line's text.
-char* LogLine::reserve(qsizetype size)
+char* LogLine::room(qsizetype size)
 {
     if (mSize + size > mCapacity) {
         mCapacity = std::max(2 * mCapacity, mSize + size);
@@ -351,7 +352,7 @@ bool LogLine::appendLatin1(const char* text, qsizetype size)
     }
     ascii = std::find_if(text + ascii, text + size, [](char c) { return uchar(c) >= 0x80; }) - text;
     // Latin-1 letters above ASCII take two bytes in UTF-8.
-    char* const start = reserve(ascii + 2 * (size - ascii));
+    char* const start = room(ascii + 2 * (size - ascii));
     char* out = std::copy(text, text + ascii, start);
     for (const char* c = text + ascii; c != text + size; ++c) {
         const uchar byte = uchar(*c);
@@ -369,7 +370,7 @@ bool LogLine::appendLatin1(const char* text, qsizetype size)
 bool LogLine::appendUtf16(const QChar* text, qsizetype size)
 {
     const qsizetype before = mSize;
-    char* const start = reserve(size);
+    char* const start = room(size);
     char* out = start;
     const QChar* c = text;
     const QChar* const end = text + size;
@@ -389,7 +390,7 @@ bool LogLine::appendUtf16(const QChar* text, qsizetype size)
     if (c == end)
         return true;
     // Room for three bytes a character from here on.
-    out = reserve(3 * (end - c));
+    out = room(3 * (end - c));
     for (; c != end; ++c) {
         const ushort u = c->unicode();
         if (u < 0x80) {
@@ -420,7 +421,7 @@ bool LogLine::appendInteger(qulonglong magnitude, bool negative)
     }
     if (!mPlainNumbers)
         return false;
-    char* const start = reserve(21); // a sign and 20 digits
+    char* const start = room(21); // a sign and 20 digits
     char* end = start;
     if (negative)
         *end++ = '-';

@@ -197,7 +197,7 @@ private:
             return false;
     }
 
-    char* reserve(qsizetype size);
+    char* room(qsizetype size);
     bool appendCString(const char* text);
     bool appendLatin1(const char* text, qsizetype size);
     bool appendUtf16(const QChar* text, qsizetype size);

@@ -240,8 +240,9 @@ void tst_LogQt::lineBytes_data()
         l << QString::fromUtf8("\xc3\xbc") << "\xe9" << 2 << 1.5 << "\xe9" << 3;
     }) << QByteArray("\xc3\xbc\xc3\xa9" "21.5\xc3\xa9" "3\n");
     QTest::newRow("empty line") << none << LineWriter([](ko::LogLine&) {}) << QByteArray("\n");
-    QTest::newRow("long line") << none << LineWriter([](ko::LogLine& l) { l << QString(20000, QLatin1Char('x')); })
-                               << QByteArray(20000, 'x') + '\n';
+    QTest::newRow("long line") << none << LineWriter([](ko::LogLine& l) {
+        l << QString(20000, QLatin1Char('x')) << QString::fromUtf8("\xc3\xbc") << "\xe9";
+    }) << QByteArray(20000, 'x') + "\xc3\xbc\xc3\xa9\n";
     QTest::newRow("manipulators") << none << LineWriter([](ko::LogLine& l) {
         l << Qt::hex << 255 << ' ' << Qt::dec << 10 << Qt::center << qSetFieldWidth(5) << 'x' << qSetFieldWidth(0)
           << Qt::left << "y";
