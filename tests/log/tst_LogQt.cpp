@@ -243,6 +243,9 @@ void tst_LogQt::lineBytes_data()
     QTest::newRow("long line") << none << LineWriter([](ko::LogLine& l) {
         l << QString(20000, QLatin1Char('x')) << QString::fromUtf8("\xc3\xbc") << "\xe9";
     }) << QByteArray(20000, 'x') + "\xc3\xbc\xc3\xa9\n";
+    QTest::newRow("grown, then a surrogate") << none << LineWriter([](ko::LogLine& l) {
+        l << QString(100, QLatin1Char('a')) + QString(200, QChar(0xfc)) + QChar(0xdc00);
+    }) << QByteArray(100, 'a') + QByteArray("\xc3\xbc").repeated(200) + "?\n";
     QTest::newRow("manipulators") << none << LineWriter([](ko::LogLine& l) {
         l << Qt::hex << 255 << ' ' << Qt::dec << 10 << Qt::center << qSetFieldWidth(5) << 'x' << qSetFieldWidth(0)
           << Qt::left << "y";
