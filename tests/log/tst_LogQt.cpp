@@ -232,8 +232,8 @@ void tst_LogQt::lineBytes_data()
           << QString(QChar(0xd800));
     }) << QByteArray("\xf0\x9f\x98\x80 ?a?\n");
     QTest::newRow("UTF-8 boundaries") << none << LineWriter([](ko::LogLine& l) {
-        const ushort units[] = { 0x7f, 0x80, 0x7ff, 0x800, 0xd7ff, 0xe000, 0xfffe, 0xffff, 0 };
-        l << QString::fromUtf16(units) << QChar(0xff) << "abcdefgh\x80";
+        const QChar units[] = { 0x7f, 0x80, 0x7ff, 0x800, 0xd7ff, 0xe000, 0xfffe, 0xffff };
+        l << QString(units, 8) << QChar(0xff) << "abcdefgh\x80";
     }) << QByteArray("\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbe\xef\xbf\xbf"
                      "\xc3\xbf" "abcdefgh\xc2\x80\n");
     QTest::newRow("letters, then a value the stream formats") << none << LineWriter([](ko::LogLine& l) {
