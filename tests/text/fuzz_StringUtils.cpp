@@ -11,13 +11,11 @@
 namespace
 {
 
-const QVariant::Type kTypes[] = { QVariant::Invalid, QVariant::Int, QVariant::Double, QVariant::Date,
-    QVariant::DateTime, QVariant::Map, QVariant::List, QVariant::StringList, QVariant::ByteArray,
-    QVariant::Point };
+const QVariant::Type kTypes[]
+    = { QVariant::Invalid, QVariant::Int, QVariant::Double, QVariant::Date, QVariant::DateTime, QVariant::Map,
+          QVariant::List, QVariant::StringList, QVariant::ByteArray, QVariant::Point };
 
-void silence(QtMsgType, const QMessageLogContext&, const QString&)
-{
-}
+void silence(QtMsgType, const QMessageLogContext&, const QString&) { }
 
 } // namespace
 

@@ -260,7 +260,8 @@ void tst_StringUtils::truncate()
 {
     QFETCH(int, maxLength);
     QFETCH(int, alignment);
-    QTEST(StringUtils::truncate(QStringLiteral("abcdefghij"), maxLength, ::alignment(alignment)), "truncated");
+    QTEST(
+        StringUtils::truncate(QStringLiteral("abcdefghij"), maxLength, ::alignment(alignment)), "truncated");
 }
 
 void tst_StringUtils::split_data()
@@ -270,14 +271,10 @@ void tst_StringUtils::split_data()
     QTest::addColumn<bool>("skipEmpty");
     QTest::addColumn<L>("parts");
 
-    QTest::newRow("two texts") << L { "a,b", "c,,d" } << ","
-                               << false << L { "a", "b", "c", "", "d" };
-    QTest::newRow("two texts, skip empty") << L { "a,b", ",c,,d" } << ","
-                                           << true << L { "a", "b", "c", "d" };
-    QTest::newRow("one text, repeated part") << L { "x;y;x" } << ";"
-                                             << false << L { "x", "y", "x" };
-    QTest::newRow("separator as plain text") << L { "a.b" } << "."
-                                             << false << L { "a", "b" };
+    QTest::newRow("two texts") << L { "a,b", "c,,d" } << "," << false << L { "a", "b", "c", "", "d" };
+    QTest::newRow("two texts, skip empty") << L { "a,b", ",c,,d" } << "," << true << L { "a", "b", "c", "d" };
+    QTest::newRow("one text, repeated part") << L { "x;y;x" } << ";" << false << L { "x", "y", "x" };
+    QTest::newRow("separator as plain text") << L { "a.b" } << "." << false << L { "a", "b" };
 }
 
 // The plain and the pattern separators agree; the sets hold the same parts once.
@@ -302,8 +299,8 @@ void tst_StringUtils::split()
 
 void tst_StringUtils::splitWords()
 {
-    QCOMPARE(StringUtils::splitStringList(
-                 QStringLiteral("Hello, world!  Wie geht's?"), StringUtils::splitWords, QString::SkipEmptyParts),
+    QCOMPARE(StringUtils::splitStringList(QStringLiteral("Hello, world!  Wie geht's?"),
+                 StringUtils::splitWords, QString::SkipEmptyParts),
         (L { "Hello", "world", "Wie", "geht", "s" }));
 }
 
@@ -387,7 +384,8 @@ void tst_StringUtils::comments_data()
     // Every line begins with the empty marker.
     QTest::newRow("empty marker") << "a\nb"
                                   << ""
-                                  << "\n" << QString() << L {};
+                                  << "\n"
+                                  << QString() << L {};
 }
 
 void tst_StringUtils::comments()
@@ -464,10 +462,14 @@ void tst_StringUtils::hex_data()
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("hex");
 
-    QTest::newRow("char, upper") << QByteArray("\x0f", 1) << true << "" << "0F";
-    QTest::newRow("char, lower") << QByteArray("\xa0", 1) << false << ":" << "a0";
-    QTest::newRow("short") << QByteArray("\xbe\xef", 2) << true << " " << "BE EF";
-    QTest::newRow("int") << QByteArray("\x1a\x2b\x3c\x4d", 4) << true << ":" << "1A:2B:3C:4D";
+    QTest::newRow("char, upper") << QByteArray("\x0f", 1) << true << ""
+                                 << "0F";
+    QTest::newRow("char, lower") << QByteArray("\xa0", 1) << false << ":"
+                                 << "a0";
+    QTest::newRow("short") << QByteArray("\xbe\xef", 2) << true << " "
+                           << "BE EF";
+    QTest::newRow("int") << QByteArray("\x1a\x2b\x3c\x4d", 4) << true << ":"
+                         << "1A:2B:3C:4D";
     QTest::newRow("int, lower, no separator") << QByteArray("\x1a\x2b\x3c\x4d", 4) << false << ""
                                               << "1a2b3c4d";
     QTest::newRow("long long") << QByteArray("\x01\x02\x03\x04\x05\x06\x07\xff", 8) << true << ", "
@@ -514,7 +516,8 @@ void tst_StringUtils::base64_data()
     QTest::newRow("latin-1") << QByteArray("\xe9t\xe9") << "6XTp" << QString::fromUtf8("été");
     QTest::newRow("zero cuts the decoded text") << QByteArray("ab\0cd", 5) << "YWIAY2Q="
                                                 << "ab";
-    QTest::newRow("empty") << QByteArray() << "" << "";
+    QTest::newRow("empty") << QByteArray() << ""
+                           << "";
 }
 
 // The three ways to give the bytes agree; decoding skips characters outside Base64.
@@ -730,12 +733,13 @@ void tst_StringUtils::hostileVariants_data()
         << base64Of(quint32(QMetaType::QVariantList), notNull, quint32(0x7fffffff));
     QTest::newRow("map of 2^32 - 1 entries")
         << base64Of(quint32(QMetaType::QVariantMap), notNull, quint32(0xffffffff));
-    QTest::newRow("date-time in an unknown zone") << base64Of(quint32(QMetaType::QDateTime), notNull,
-        QDate(2020, 1, 1), QTime(1, 2, 3), qint8(Qt::TimeZone), zone);
+    QTest::newRow("date-time in an unknown zone") << base64Of(
+        quint32(QMetaType::QDateTime), notNull, QDate(2020, 1, 1), QTime(1, 2, 3), qint8(Qt::TimeZone), zone);
     QTest::newRow("unknown zone in a map") << base64Of(quint32(QMetaType::QVariantMap), notNull, quint32(1),
         QStringLiteral("k"), quint32(QMetaType::QDateTime), notNull, QDate(2020, 1, 1), QTime(1, 2, 3),
         qint8(Qt::TimeZone), zone);
-    QTest::newRow("unknown user type") << base64Of(quint32(QMetaType::User), notNull, QByteArray("NoSuchType"));
+    QTest::newRow("unknown user type")
+        << base64Of(quint32(QMetaType::User), notNull, QByteArray("NoSuchType"));
     QTest::newRow("lists nested 100000 deep") << nestedLists(100000);
 }
 
