@@ -26,8 +26,10 @@ extern "C" Q_DECL_EXPORT const char* __asan_default_options()
 
 using ExceptionPtr = QSharedPointer<ko::ExceptionQt>;
 using SemanticsCheck = void (*)(const ko::ExceptionQt&);
+using Assign = void (*)(ko::ExceptionQt&, const ko::ExceptionQt&);
 Q_DECLARE_METATYPE(ExceptionPtr)
 Q_DECLARE_METATYPE(SemanticsCheck)
+Q_DECLARE_METATYPE(Assign)
 
 namespace
 {
@@ -93,22 +95,9 @@ template <class T> void checkValueSemantics(const ko::ExceptionQt& original)
     QCOMPARE(assigned.causeQt(), cause);
     QCOMPARE(assigned.toString(), printed);
 
-    // Assigned from its own cause chain, which the assignment frees: at depth 1, through the base
-    // class, and at depth 3.
-    T outer(e);
-    outer.setCause(e);
-    outer = static_cast<const T&>(*outer.causeQt());
-    QCOMPARE(outer.toString(), printed);
-    static_cast<ko::ExceptionQt&>(outer) = *outer.causeQt();
-    QCOMPARE(outer.causeQt()->toString(), e.causeQt()->causeQt()->toString());
-    outer = e;
-    for (int level = 0; level < 3; ++level) {
-        T next(e);
-        next.setCause(outer);
-        outer = next;
-    }
-    outer = static_cast<const T&>(*outer.causeQt()->causeQt()->causeQt());
-    QCOMPARE(outer.toString(), printed);
+    // Through the base class from its own cause, which that assignment frees.
+    static_cast<ko::ExceptionQt&>(assigned) = *assigned.causeQt();
+    QCOMPARE(assigned.causeQt()->toString(), e.causeQt()->causeQt()->toString());
 
     copy.setCause(nullptr);
     copy.setMessage(QStringLiteral("changed"));
@@ -137,6 +126,17 @@ template <class T> void classRow(const char* name, T* e, const char* rendered)
     QTest::newRow(name) << ExceptionPtr(e) << &checkValueSemantics<T> << QString::fromUtf8(rendered);
 }
 
+// Assigns with T's own assignment.
+template <class T> void assignAs(ko::ExceptionQt& target, const ko::ExceptionQt& source)
+{
+    static_cast<T&>(target) = static_cast<const T&>(source);
+}
+
+template <class T> void assignRow(const char* name, T* target, T* source)
+{
+    QTest::newRow(name) << ExceptionPtr(target) << ExceptionPtr(source) << &assignAs<T>;
+}
+
 template <class T> T* withMessage(T* e, const char* message)
 {
     e->setMessage(QString::fromUtf8(message));
@@ -152,6 +152,8 @@ class tst_ExceptionQt : public QObject
 private Q_SLOTS:
     void classes_data();
     void classes();
+    void assignment_data();
+    void assignment();
     void statusNames_data();
     void statusNames();
     void fromFailedFile();
@@ -255,6 +257,64 @@ void tst_ExceptionQt::classes()
     QCOMPARE(streamed, QLatin1Char('>') + expected);
 
     semantics(*exception);
+}
+
+// Assignment copies every field, also from the exception's own cause chain (at depth 1 and 3), which
+// it frees while it copies.
+void tst_ExceptionQt::assignment_data()
+{
+    QTest::addColumn<ExceptionPtr>("target");
+    QTest::addColumn<ExceptionPtr>("source");
+    QTest::addColumn<Assign>("assign");
+
+    using namespace ko;
+    assignRow("ExceptionQt", new ExceptionQt("a"), new ExceptionQt("b"));
+    assignRow("RuntimeException", new RuntimeException("a"), new RuntimeException("b"));
+    assignRow("ConfigItemNotRetrievedException", new ConfigItemNotRetrievedException("a"),
+        new ConfigItemNotRetrievedException("b"));
+    assignRow("DivisionByZeroException", new DivisionByZeroException("a"), new DivisionByZeroException("b"));
+    assignRow("TerminalException", new TerminalException("a"), new TerminalException("b"));
+    assignRow("OutOfMemoryException", new OutOfMemoryException(8, "a"), new OutOfMemoryException(64, "b"));
+    assignRow("IllegalArgumentException", new IllegalArgumentException("x", "a"),
+        new IllegalArgumentException("y", "b"));
+    assignRow("IndexOutOfBoundsException", new IndexOutOfBoundsException("x", 1, 0, 2),
+        new IndexOutOfBoundsException("y", 7, 3, 9));
+    assignRow("NullPointerException", new NullPointerException("x", address(0x10)),
+        new NullPointerException("y", address(0x20)));
+    assignRow("UnexpectedTypeException", new UnexpectedTypeException("x", "int", "QString", "a"),
+        new UnexpectedTypeException("y", "bool", "QByteArray", "b"));
+    assignRow("IOException", new IOException("a"), new IOException("b"));
+    assignRow("FileException", new FileException(QFileInfo("a.txt"), QFile::ReadError, "a"),
+        new FileException(QFileInfo("b.txt"), QFile::WriteError, "b"));
+    assignRow("ParseException", new ParseException("a", 1, 2, 3, 4), new ParseException("b", 5, 6, 7, 8));
+    assignRow("XmlException", new XmlException("a", 1, 2), new XmlException("b", 5, 6));
+}
+
+void tst_ExceptionQt::assignment()
+{
+    QFETCH(ExceptionPtr, target);
+    QFETCH(ExceptionPtr, source);
+    QFETCH(Assign, assign);
+    source->setCause(ko::IOException(QStringLiteral("disk failed")));
+    const QString printed = source->toString();
+
+    std::unique_ptr<ko::ExceptionQt> plain(target->clone());
+    assign(*plain, *source);
+    QCOMPARE(plain->toString(), printed);
+
+    std::unique_ptr<ko::ExceptionQt> outer(target->clone());
+    outer->setCause(*source);
+    assign(*outer, *outer->causeQt());
+    QCOMPARE(outer->toString(), printed);
+
+    std::unique_ptr<ko::ExceptionQt> chain(source->clone());
+    for (int level = 0; level < 3; ++level) {
+        std::unique_ptr<ko::ExceptionQt> next(target->clone());
+        next->setCause(*chain);
+        chain = std::move(next);
+    }
+    assign(*chain, *chain->causeQt()->causeQt()->causeQt());
+    QCOMPARE(chain->toString(), printed);
 }
 
 // The names of QFile errors and QTextStream states, looked up in their translation context (the
@@ -383,6 +443,7 @@ void tst_ExceptionQt::showLocation_data()
     row("start past the last line", "ab\ncd", 3, 0, -1, -1, "ab\ncd");
     row("end past the last line", "ab\ncd", 0, 1, 4, 0, "a >>>b\ncd");
     row("start past, end valid", "ab\ncd", 4, 0, 1, 1, "ab\nc<<< d");
+    row("end on the first line", "ab\ncd", 1, 0, 0, 1, "a<<< b\n >>>cd");
 }
 
 // Both forms mark the same places; the member form takes the exception's own location fields.
