@@ -129,15 +129,15 @@ void tst_StringUtils::ignoreCase_data()
     QTest::addColumn<bool>("startsWith");
     QTest::addColumn<bool>("endsWith");
     QTest::addColumn<int>("indexOf");
-
-    QTest::newRow("umlaut prefix") << QString::fromUtf8("ÄRGER") << QString::fromUtf8("är") << false << true
-                                   << false << 0;
-    QTest::newRow("suffix") << "xCAMERA"
-                            << "era" << false << false << true << 4;
-    QTest::newRow("equal") << "Camera"
-                           << "cAMERA" << true << true << true << 0;
-    QTest::newRow("absent") << "abc"
-                            << "x" << false << false << false << -1;
+    const auto row = [](const char* name, const char* text, const char* part, bool equals, bool startsWith,
+                         bool endsWith, int indexOf) {
+        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(part) << equals << startsWith
+                            << endsWith << indexOf;
+    };
+    row("umlaut prefix", "ÄRGER", "är", false, true, false, 0);
+    row("suffix", "xCAMERA", "era", false, false, true, 4);
+    row("equal", "Camera", "cAMERA", true, true, true, 0);
+    row("absent", "abc", "x", false, false, false, -1);
 }
 
 void tst_StringUtils::ignoreCase()
@@ -160,27 +160,14 @@ void tst_StringUtils::trim_data()
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("right");
     QTest::addColumn<QString>("both");
-
-    QTest::newRow("set of chars") << "abbaXbab"
-                                  << "ab"
-                                  << "Xbab"
-                                  << "abbaX"
-                                  << "X";
-    QTest::newRow("only chars") << "xxxx"
-                                << "x"
-                                << ""
-                                << ""
-                                << "";
-    QTest::newRow("one side") << "Xaxx"
-                              << "x"
-                              << "Xaxx"
-                              << "Xa"
-                              << "Xa";
-    QTest::newRow("nothing to trim") << "abc"
-                                     << "x"
-                                     << "abc"
-                                     << "abc"
-                                     << "abc";
+    const auto row = [](const char* name, const QString& text, const QString& chars, const QString& left,
+                         const QString& right, const QString& both) {
+        QTest::newRow(name) << text << chars << left << right << both;
+    };
+    row("set of chars", "abbaXbab", "ab", "Xbab", "abbaX", "X");
+    row("only chars", "xxxx", "x", "", "", "");
+    row("one side", "Xaxx", "x", "Xaxx", "Xa", "Xa");
+    row("nothing to trim", "abc", "x", "abc", "abc", "abc");
 }
 
 // Alignment bits other than left and right are ignored.
@@ -205,24 +192,13 @@ void tst_StringUtils::trimPattern_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("right");
-
+    const auto row = [](const char* name, const QString& text, const QString& pattern, const QString& left,
+                         const QString& right) { QTest::newRow(name) << text << pattern << left << right; };
     // The backward search stops at the last position where the pattern matches at all.
-    QTest::newRow("blank runs") << "  ab  "
-                                << "\\s+"
-                                << "ab  "
-                                << "  ab ";
-    QTest::newRow("repeat") << "ababxabab"
-                            << "(ab)+"
-                            << "xabab"
-                            << "ababxab";
-    QTest::newRow("not at the ends") << "a  b"
-                                     << "\\s+"
-                                     << "a  b"
-                                     << "a  b";
-    QTest::newRow("suffix") << "name.txt"
-                            << "\\.txt"
-                            << "name.txt"
-                            << "name";
+    row("blank runs", "  ab  ", "\\s+", "ab  ", "  ab ");
+    row("repeat", "ababxabab", "(ab)+", "xabab", "ababxab");
+    row("not at the ends", "a  b", "\\s+", "a  b", "a  b");
+    row("suffix", "name.txt", "\\.txt", "name.txt", "name");
 }
 
 void tst_StringUtils::trimPattern()
@@ -238,22 +214,24 @@ void tst_StringUtils::truncate_data()
     QTest::addColumn<int>("maxLength");
     QTest::addColumn<int>("alignment");
     QTest::addColumn<QString>("truncated");
-
-    QTest::newRow("left") << 4 << int(Qt::AlignLeft) << "abcd...";
-    QTest::newRow("no alignment") << 4 << 0 << "abcd...";
-    QTest::newRow("right") << 4 << int(Qt::AlignRight) << "...ghij";
-    QTest::newRow("right, absolute") << 4 << int(Qt::AlignRight | Qt::AlignAbsolute) << "...ghij";
-    QTest::newRow("centre") << 4 << int(Qt::AlignHCenter) << "...defg...";
-    QTest::newRow("centre, odd") << 3 << int(Qt::AlignHCenter) << "...def...";
-    QTest::newRow("centre, absolute") << 4 << int(Qt::AlignHCenter | Qt::AlignAbsolute) << "abcd...";
-    QTest::newRow("justify") << 4 << int(Qt::AlignJustify) << "ab...ij";
-    QTest::newRow("justify, odd") << 5 << int(Qt::AlignJustify) << "abc...ij";
-    QTest::newRow("justify, absolute") << 4 << int(Qt::AlignJustify | Qt::AlignAbsolute) << "abcd...";
-    QTest::newRow("right and centre") << 4 << int(Qt::AlignRight | Qt::AlignHCenter) << "abcd...";
-    QTest::newRow("vertical bits ignored") << 4 << int(Qt::AlignRight | Qt::AlignBottom) << "...ghij";
-    QTest::newRow("negative") << -3 << int(Qt::AlignRight) << "...";
-    QTest::newRow("exact length") << 10 << int(Qt::AlignRight) << "abcdefghij";
-    QTest::newRow("one short") << 9 << int(Qt::AlignLeft) << "abcdefghi...";
+    const auto row = [](const char* name, int maxLength, int alignment, const QString& truncated) {
+        QTest::newRow(name) << maxLength << alignment << truncated;
+    };
+    row("left", 4, Qt::AlignLeft, "abcd...");
+    row("no alignment", 4, 0, "abcd...");
+    row("right", 4, Qt::AlignRight, "...ghij");
+    row("right, absolute", 4, Qt::AlignRight | Qt::AlignAbsolute, "...ghij");
+    row("centre", 4, Qt::AlignHCenter, "...defg...");
+    row("centre, odd", 3, Qt::AlignHCenter, "...def...");
+    row("centre, absolute", 4, Qt::AlignHCenter | Qt::AlignAbsolute, "abcd...");
+    row("justify", 4, Qt::AlignJustify, "ab...ij");
+    row("justify, odd", 5, Qt::AlignJustify, "abc...ij");
+    row("justify, absolute", 4, Qt::AlignJustify | Qt::AlignAbsolute, "abcd...");
+    row("right and centre", 4, Qt::AlignRight | Qt::AlignHCenter, "abcd...");
+    row("vertical bits ignored", 4, Qt::AlignRight | Qt::AlignBottom, "...ghij");
+    row("negative", -3, Qt::AlignRight, "...");
+    row("exact length", 10, Qt::AlignRight, "abcdefghij");
+    row("one short", 9, Qt::AlignLeft, "abcdefghi...");
 }
 
 void tst_StringUtils::truncate()
@@ -270,11 +248,12 @@ void tst_StringUtils::split_data()
     QTest::addColumn<QString>("separator");
     QTest::addColumn<bool>("skipEmpty");
     QTest::addColumn<L>("parts");
-
-    QTest::newRow("two texts") << L { "a,b", "c,,d" } << "," << false << L { "a", "b", "c", "", "d" };
-    QTest::newRow("two texts, skip empty") << L { "a,b", ",c,,d" } << "," << true << L { "a", "b", "c", "d" };
-    QTest::newRow("one text, repeated part") << L { "x;y;x" } << ";" << false << L { "x", "y", "x" };
-    QTest::newRow("separator as plain text") << L { "a.b" } << "." << false << L { "a", "b" };
+    const auto row = [](const char* name, const L& texts, const QString& separator, bool skipEmpty,
+                         const L& parts) { QTest::newRow(name) << texts << separator << skipEmpty << parts; };
+    row("two texts", { "a,b", "c,,d" }, ",", false, { "a", "b", "c", "", "d" });
+    row("two texts, skip empty", { "a,b", ",c,,d" }, ",", true, { "a", "b", "c", "d" });
+    row("one text, repeated part", { "x;y;x" }, ";", false, { "x", "y", "x" });
+    row("separator as plain text", { "a.b" }, ".", false, { "a", "b" });
 }
 
 // The plain and the pattern separators agree; the sets hold the same parts once.
@@ -309,16 +288,12 @@ void tst_StringUtils::splitFirst_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("head");
     QTest::addColumn<QString>("tail");
-
-    QTest::newRow("first of two") << "a::b::c"
-                                  << "a"
-                                  << "b::c";
-    QTest::newRow("none") << "abc"
-                          << "abc"
-                          << "";
-    QTest::newRow("at the start") << "::x"
-                                  << ""
-                                  << "x";
+    const auto row = [](const char* name, const QString& text, const QString& head, const QString& tail) {
+        QTest::newRow(name) << text << head << tail;
+    };
+    row("first of two", "a::b::c", "a", "b::c");
+    row("none", "abc", "abc", "");
+    row("at the start", "::x", "", "x");
 }
 
 // Without a separator the tail is empty but not null.
@@ -338,15 +313,13 @@ void tst_StringUtils::splitKeyValue_data()
     QTest::addColumn<QChar>("separator");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("valueNull");
-
-    QTest::newRow("first separator") << "k=v=w" << QChar('=') << "k"
-                                     << "v=w" << false;
-    QTest::newRow("empty value") << "k=" << QChar('=') << "k"
-                                 << "" << false;
-    QTest::newRow("no separator") << "k" << QChar('=') << "k" << QString() << true;
-    QTest::newRow("other separator") << "a=b:c" << QChar(':') << "a=b"
-                                     << "c" << false;
+    const auto row
+        = [](const char* name, const QString& text, char separator, const QString& key,
+              const QString& value) { QTest::newRow(name) << text << QChar(separator) << key << value; };
+    row("first separator", "k=v=w", '=', "k", "v=w");
+    row("empty value", "k=", '=', "k", "");
+    row("no separator", "k", '=', "k", QString());
+    row("other separator", "a=b:c", ':', "a=b", "c");
 }
 
 // A text without separator gives a null value, one with nothing after it an empty one.
@@ -354,11 +327,12 @@ void tst_StringUtils::splitKeyValue()
 {
     QFETCH(QString, text);
     QFETCH(QChar, separator);
-    QString key, value;
-    StringUtils::splitKeyValue(text, key, value, separator);
+    QFETCH(QString, value);
+    QString key, result;
+    StringUtils::splitKeyValue(text, key, result, separator);
     QTEST(key, "key");
-    QTEST(value, "value");
-    QTEST(value.isNull(), "valueNull");
+    QCOMPARE(result, value);
+    QCOMPARE(result.isNull(), value.isNull());
 }
 
 void tst_StringUtils::comments_data()
@@ -368,24 +342,15 @@ void tst_StringUtils::comments_data()
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("stripped");
     QTest::addColumn<L>("parts");
-
-    QTest::newRow("lines") << "a\n# c\n  b # x\n\n   \n#"
-                           << "#"
-                           << "\n"
-                           << "a\nb" << L { "a", "b" };
-    QTest::newRow("statements") << "s1;s2;;\ns3 // ;x"
-                                << "//"
-                                << ";"
-                                << "s1;s2;;\ns3" << L { "s1", "s2", "\ns3" };
-    QTest::newRow("statement across lines") << "a\n#b\n\nc;d"
-                                            << "#"
-                                            << "\n"
-                                            << "a\nc;d" << L { "a", "c;d" };
+    const auto row = [](const char* name, const QString& script, const QString& marker,
+                         const QString& separator, const QString& stripped, const L& parts) {
+        QTest::newRow(name) << script << marker << separator << stripped << parts;
+    };
+    row("lines", "a\n# c\n  b # x\n\n   \n#", "#", "\n", "a\nb", { "a", "b" });
+    row("statements", "s1;s2;;\ns3 // ;x", "//", ";", "s1;s2;;\ns3", { "s1", "s2", "\ns3" });
+    row("statement across lines", "a\n#b\n\nc;d", "#", "\n", "a\nc;d", { "a", "c;d" });
     // Every line begins with the empty marker.
-    QTest::newRow("empty marker") << "a\nb"
-                                  << ""
-                                  << "\n"
-                                  << QString() << L {};
+    row("empty marker", "a\nb", "", "\n", QString(), {});
 }
 
 void tst_StringUtils::comments()
@@ -406,12 +371,12 @@ void tst_StringUtils::concat_data()
     QTest::addColumn<L>("parts");
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("joined");
-
-    QTest::newRow("empty parts skipped") << L { "", "a", "", "b" } << ","
-                                         << "a,b";
-    QTest::newRow("only empty parts") << L { "", "" } << "," << QString();
-    QTest::newRow("ten parts") << L { "1", "2", "3", "4", "5", "6", "7", "8", "9", "10" } << "-"
-                               << "1-2-3-4-5-6-7-8-9-10";
+    const auto row = [](const char* name, const L& parts, const QString& separator, const QString& joined) {
+        QTest::newRow(name) << parts << separator << joined;
+    };
+    row("empty parts skipped", { "", "a", "", "b" }, ",", "a,b");
+    row("only empty parts", { "", "" }, ",", QString());
+    row("ten parts", { "1", "2", "3", "4", "5", "6", "7", "8", "9", "10" }, "-", "1-2-3-4-5-6-7-8-9-10");
 }
 
 // The list form and the ten-part form agree; nothing joined is a null string.
@@ -437,12 +402,15 @@ void tst_StringUtils::sets_data()
     QTest::addColumn<bool>("intersects");
     QTest::addColumn<bool>("onBeginning");
     QTest::addColumn<L>("intersection");
-
-    QTest::newRow("prefix ignoring case") << L { "Camera1" } << L { "cam" } << false << true << L {};
-    QTest::newRow("shared") << L { "a", "b", "c" } << L { "c", "b", "x" } << true << true << L { "b", "c" };
-    QTest::newRow("empty prefix") << L { "x" } << L { "" } << false << true << L {};
-    QTest::newRow("prefix longer") << L { "ca" } << L { "cam" } << false << false << L {};
-    QTest::newRow("empty first set") << L {} << L { "" } << false << false << L {};
+    const auto row = [](const char* name, const L& a, const L& b, bool intersects, bool onBeginning,
+                         const L& intersection) {
+        QTest::newRow(name) << a << b << intersects << onBeginning << intersection;
+    };
+    row("prefix ignoring case", { "Camera1" }, { "cam" }, false, true, {});
+    row("shared", { "a", "b", "c" }, { "c", "b", "x" }, true, true, { "b", "c" });
+    row("empty prefix", { "x" }, { "" }, false, true, {});
+    row("prefix longer", { "ca" }, { "cam" }, false, false, {});
+    row("empty first set", {}, { "" }, false, false, {});
 }
 
 void tst_StringUtils::sets()
@@ -461,19 +429,16 @@ void tst_StringUtils::hex_data()
     QTest::addColumn<bool>("upperCase");
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("hex");
-
-    QTest::newRow("char, upper") << QByteArray("\x0f", 1) << true << ""
-                                 << "0F";
-    QTest::newRow("char, lower") << QByteArray("\xa0", 1) << false << ":"
-                                 << "a0";
-    QTest::newRow("short") << QByteArray("\xbe\xef", 2) << true << " "
-                           << "BE EF";
-    QTest::newRow("int") << QByteArray("\x1a\x2b\x3c\x4d", 4) << true << ":"
-                         << "1A:2B:3C:4D";
-    QTest::newRow("int, lower, no separator") << QByteArray("\x1a\x2b\x3c\x4d", 4) << false << ""
-                                              << "1a2b3c4d";
-    QTest::newRow("long long") << QByteArray("\x01\x02\x03\x04\x05\x06\x07\xff", 8) << true << ", "
-                               << "01, 02, 03, 04, 05, 06, 07, FF";
+    const auto row = [](const char* name, const char* bytes, bool upperCase, const QString& separator,
+                         const QString& hex) {
+        QTest::newRow(name) << QByteArray::fromHex(bytes) << upperCase << separator << hex;
+    };
+    row("char, upper", "0f", true, "", "0F");
+    row("char, lower", "a0", false, ":", "a0");
+    row("short", "beef", true, " ", "BE EF");
+    row("int", "1a2b3c4d", true, ":", "1A:2B:3C:4D");
+    row("int, lower, no separator", "1a2b3c4d", false, "", "1a2b3c4d");
+    row("long long", "01020304050607ff", true, ", ", "01, 02, 03, 04, 05, 06, 07, FF");
 }
 
 // The byte array and the fixed-width value of the same bytes (most significant first) agree.
@@ -512,12 +477,12 @@ void tst_StringUtils::base64_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("encoded");
     QTest::addColumn<QString>("decoded");
-
-    QTest::newRow("latin-1") << QByteArray("\xe9t\xe9") << "6XTp" << QString::fromUtf8("été");
-    QTest::newRow("zero cuts the decoded text") << QByteArray("ab\0cd", 5) << "YWIAY2Q="
-                                                << "ab";
-    QTest::newRow("empty") << QByteArray() << ""
-                           << "";
+    const auto row = [](const char* name, const char* bytes, const QString& encoded, const QString& decoded) {
+        QTest::newRow(name) << QByteArray::fromHex(bytes) << encoded << decoded;
+    };
+    row("latin-1", "e974e9", "6XTp", QString::fromUtf8("été"));
+    row("zero cuts the decoded text", "6162006364", "YWIAY2Q=", "ab");
+    row("empty", "", "", "");
 }
 
 // The three ways to give the bytes agree; decoding skips characters outside Base64.
@@ -538,11 +503,12 @@ void tst_StringUtils::toBool_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("value");
-    QTest::newRow("zero") << "0" << false;
-    QTest::newRow("false") << "false" << false;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("no") << "no" << true;
-    QTest::newRow("one") << "1" << true;
+    const auto row = [](const char* text, bool value) { QTest::newRow(text) << QString(text) << value; };
+    row("0", false);
+    row("false", false);
+    row("", false);
+    row("no", true);
+    row("1", true);
 }
 
 // Text always converts.
