@@ -66,9 +66,9 @@ void tst_komQtSynchronization::lockAndFactory()
     OtherLock other;
     QVERIFY(!factory.newConditionVariable(nullptr));
     QVERIFY(!factory.newConditionVariable(&other));
-    QCOMPARE(TerminalRecorder::reports(),
+    QCOMPARE(TerminalRecorder::reports,
         QStringList({ "incompatible lock implementation!", "incompatible lock implementation!" }));
-    QCOMPARE(TerminalRecorder::lastSender(), static_cast<const komObject*>(&factory));
+    QCOMPARE(TerminalRecorder::lastSender, static_cast<const komObject*>(&factory));
 }
 
 // The condition variable waits on its lock's mutex; without a lock wait() fails at once.
@@ -134,8 +134,8 @@ void tst_komQtSynchronization::spawner()
                 spawner.waitUntilThreadHasTerminated();
             }
         }
-        QCOMPARE(TerminalRecorder::reports(), reports);
-        QCOMPARE(TerminalRecorder::lastSender(),
+        QCOMPARE(TerminalRecorder::reports, reports);
+        QCOMPARE(TerminalRecorder::lastSender,
             reports.isEmpty() ? nullptr : static_cast<const komObject*>(&spawner));
         gate.release(2);
         spawner.wait(); // a restart after the wait is not waited for by the spawner

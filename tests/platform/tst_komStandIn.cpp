@@ -145,7 +145,7 @@ void tst_komStandIn::terminalHandlers()
     {
         TerminalRecorder recorder;
         kom::terminal("returns", nullptr);
-        QCOMPARE(TerminalRecorder::reports(), QStringList { "returns" });
+        QCOMPARE(TerminalRecorder::reports, QStringList { "returns" });
     }
     QVERIFY(kom::setTerminalHandler(nullptr) == &kom::defaultTerminalHandler);
     try {
