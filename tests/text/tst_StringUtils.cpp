@@ -552,12 +552,11 @@ void tst_StringUtils::decodeUtf8_data()
 void tst_StringUtils::decodeUtf8()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, advance);
 
     const auto text = exactCString(bytes);
     const char* p = text.get();
     QTEST(StringUtils::decodeUtf8(p), "code");
-    QCOMPARE(int(p - text.get()), advance);
+    QTEST(int(p - text.get()), "advance");
 
     Codes walk;
     const char* const end = text.get() + bytes.size();
