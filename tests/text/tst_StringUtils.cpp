@@ -55,13 +55,18 @@ template <class... Fields> QString base64Of(const Fields&... fields)
     return QString::fromLatin1(bytes.toBase64());
 }
 
-// A variant list nested @p depth deep around the number 1, serialised.
-QString nestedLists(int depth)
+// A variant list nested @p depth deep around the number 1, serialised; each list's type given by
+// number, or @p byName as a user type named "QVariantList".
+QString nestedLists(int depth, bool byName = false)
 {
     QByteArray bytes;
     QDataStream s(&bytes, QIODevice::WriteOnly);
-    for (int i = 0; i < depth; ++i)
-        s << quint32(QMetaType::QVariantList) << qint8(0) << quint32(1);
+    for (int i = 0; i < depth; ++i) {
+        if (byName)
+            s << quint32(QMetaType::User) << qint8(0) << QByteArray("QVariantList") << quint32(1);
+        else
+            s << quint32(QMetaType::QVariantList) << qint8(0) << quint32(1);
+    }
     s << QVariant(1);
     return QString::fromLatin1(bytes.toBase64());
 }
@@ -552,12 +557,11 @@ void tst_StringUtils::decodeUtf8_data()
 void tst_StringUtils::decodeUtf8()
 {
     QFETCH(QByteArray, bytes);
-    QFETCH(int, advance);
 
     const auto text = exactCString(bytes);
     const char* p = text.get();
     QTEST(StringUtils::decodeUtf8(p), "code");
-    QCOMPARE(int(p - text.get()), advance);
+    QTEST(int(p - text.get()), "advance");
 
     Codes walk;
     const char* const end = text.get() + bytes.size();
@@ -707,6 +711,7 @@ void tst_StringUtils::hostileVariants_data()
     QTest::newRow("unknown user type")
         << base64Of(quint32(QMetaType::User), notNull, QByteArray("NoSuchType"));
     QTest::newRow("lists nested 100000 deep") << nestedLists(100000);
+    QTest::newRow("lists named as user types, 100000 deep") << nestedLists(100000, true);
 }
 
 // Text from anywhere gives an invalid value, never a crash or an exception; the instance's stream
