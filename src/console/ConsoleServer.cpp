@@ -16,12 +16,6 @@ namespace ko
 namespace
 {
 
-bool isSocket(const QString& path)
-{
-    struct stat status;
-    return ::stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISSOCK(status.st_mode);
-}
-
 // True when a server accepts connections on @p path.
 bool answers(const QString& path)
 {
@@ -34,6 +28,7 @@ bool answers(const QString& path)
 
 ConsoleServer::ConsoleServer(QObject* parent)
     : QObject(parent)
+    , mServer(this) // moves to the console's thread with its parent
 {
     mServer.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&mServer, &QLocalServer::newConnection, this, &ConsoleServer::serve);
@@ -42,19 +37,24 @@ ConsoleServer::ConsoleServer(QObject* parent)
 bool ConsoleServer::listen(const QString& nameOrPath)
 {
     const QString path = Console::socketPath(nameOrPath);
-    bool listening = mServer.listen(path);
-    // A socket whose process has ended is taken over; another console's, or a file that is not
-    // a socket, is left alone.
-    if (!listening && mServer.serverError() == QAbstractSocket::AddressInUseError && isSocket(path)
-        && !answers(path)) {
-        QLocalServer::removeServer(path);
-        listening = mServer.listen(path);
-    }
-    if (!listening) {
-        LogLine(Log::Warning) << "console: cannot listen on " << path << ": " << mServer.errorString();
+    const auto refuse = [&path](const QString& reason) {
+        LogLine(Log::Warning) << "console: cannot listen on " << path << ": " << reason;
         return false;
+    };
+    // Qt would move the new socket into the place of whatever is there: a socket on which another
+    // server answers, or a file that is not a socket, is left alone; a socket left behind by a
+    // process that has ended is replaced.
+    struct stat status;
+    if (::lstat(QFile::encodeName(path).constData(), &status) == 0) {
+        if (!S_ISSOCK(status.st_mode))
+            return refuse(QStringLiteral("a file that is not a socket is there"));
+        if (answers(path))
+            return refuse(QStringLiteral("another server answers there"));
+        QLocalServer::removeServer(path);
     }
-    // Qt gives the owner's access as read, write and execute; a socket needs only the first two.
+    if (!mServer.listen(path))
+        return refuse(mServer.errorString());
+    // Qt gives the owner read, write and execute; a socket needs only the first two.
     QFile::setPermissions(mServer.fullServerName(), QFile::ReadOwner | QFile::WriteOwner);
     LogLine(Log::Message) << "console: listening on " << mServer.fullServerName();
     return true;
@@ -76,7 +76,11 @@ void ConsoleServer::serve()
             if (client->bytesToWrite() == 0)
                 client->disconnectFromServer();
         });
-        QTimer::singleShot(Console::kClientTimeLimitMs, client, &QLocalSocket::abort);
+        // A child of the client, so that it goes with it: thousands of short clients leave no timers.
+        auto* limit = new QTimer(client);
+        limit->setSingleShot(true);
+        connect(limit, &QTimer::timeout, client, &QLocalSocket::abort);
+        limit->start(Console::kClientTimeLimitMs);
         client->write(ConsoleDocument::current(Console::kLockTimeoutMs).toJson());
     }
 }
