@@ -47,9 +47,19 @@ ConsoleClient::Reply ConsoleClient::fetch(const QString& nameOrPath, int timeout
     QLocalSocket socket;
     socket.connectToServer(path, QIODevice::ReadOnly);
     if (!socket.waitForConnected(remaining(deadline))) {
-        if (socket.error() == QLocalSocket::SocketTimeoutError)
+        switch (socket.error()) {
+        case QLocalSocket::SocketTimeoutError:
             return failed(NoAnswer, noAnswer);
-        return failed(NotListening, QStringLiteral("nothing listens on it (%1)").arg(socket.errorString()));
+        case QLocalSocket::ServerNotFoundError:
+            return failed(NoSuchSocket, QStringLiteral("no such socket"));
+        case QLocalSocket::SocketAccessError:
+            return failed(
+                NoAccess, QStringLiteral("permission denied (a console answers its own user only)"));
+        case QLocalSocket::ConnectionRefusedError:
+            return failed(NotListening, QStringLiteral("nothing listens on it"));
+        default:
+            return failed(NotListening, socket.errorString());
+        }
     }
     // The document ends where the console disconnects.
     while (socket.state() == QLocalSocket::ConnectedState) {

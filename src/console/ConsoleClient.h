@@ -14,7 +14,7 @@ class COREQTCONSOLE_EXPORT ConsoleClient
 {
 public:
     /** Why a fetch failed. */
-    enum Error { NoError, NoSuchSocket, NotListening, NotAConsole, NoAnswer, UnknownVersion };
+    enum Error { NoError, NoSuchSocket, NotListening, NoAccess, NotAConsole, NoAnswer, UnknownVersion };
 
     /** The outcome of a fetch. */
     struct Reply

@@ -1,5 +1,5 @@
 // The live console: ko::Console serving ko::ConsoleDocument to ko::ConsoleClient over a local socket.
-#include "../threads/JobTestSupport.h"
+#include "ConsoleTestSupport.h"
 #include "LogCapture.h"
 
 #include "console/Console.h"
@@ -15,64 +15,13 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 #include <thread>
 
 using ko::Console;
 using ko::ConsoleClient;
 using ko::ConsoleDocument;
-
-namespace
-{
-
-// A job pool known to the console, with one job held at a gate and two queued behind it.
-struct HeldPool
-{
-    TestPool pool;
-    QSemaphore gate;
-    int held = -1, second = -1, third = -1;
-    kom::smart<RecordingJob> job;
-
-    explicit HeldPool(const QString& name)
-        : pool(name, 1)
-    {
-        ko::PoolRegistry::add(&pool);
-        job = scheduleJob(pool, held, &gate);
-        job->waitStarted();
-        scheduleJob(pool, second);
-        scheduleJob(pool, third);
-    }
-    ~HeldPool()
-    {
-        gate.release();
-        pool.retire();
-    }
-};
-
-const ko::JobPoolSnapshot* poolNamed(const ConsoleDocument& document, const QString& name)
-{
-    const auto found = std::find_if(document.jobPools.cbegin(), document.jobPools.cend(),
-        [&name](const ko::JobPoolSnapshot& pool) { return pool.name == name; });
-    return found == document.jobPools.cend() ? nullptr : &*found;
-}
-
-// A socket file with nobody behind it, as a process that ended leaves it.
-bool leaveStaleSocket(const QString& path)
-{
-    const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address {};
-    address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-    const bool bound = ::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
-    ::close(fd);
-    return bound;
-}
-
-} // namespace
 
 class tst_Console : public QObject
 {

@@ -9,6 +9,7 @@
 #include "FileNames.h"
 #include "Output.h"
 #include "TimeCommands.h"
+#include "TopCommand.h"
 #include "Translations.h"
 #include "VocabularyCommands.h"
 
@@ -29,8 +30,9 @@ namespace tool
 namespace
 {
 
-const Command* const kCommands[] = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand,
-    &kFpsCommand, &kTimeCommand, &kEncryptCommand, &kDecryptCommand, &kInspectCommand, &kBenchCommand };
+const Command* const kCommands[]
+    = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand, &kFpsCommand, &kTimeCommand,
+          &kEncryptCommand, &kDecryptCommand, &kInspectCommand, &kBenchCommand, &kTopCommand };
 
 // Every failure ends with one line on standard error and this status.
 constexpr int kFailure = 2;
