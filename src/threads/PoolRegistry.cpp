@@ -28,13 +28,19 @@ Registry& registry()
     return *instance;
 }
 
-template <class Pool> bool addTo(QVector<Pool*>& pools, Pool* pool)
+// Adds @p pool to the list @p pools of the registry, unless it, or a pool of its name, is there.
+template <class Pool> bool addTo(QVector<Pool*> Registry::*pools, Pool* pool)
 {
-    const auto taken
-        = [pool](const Pool* known) { return known == pool || known->objectName() == pool->objectName(); };
-    if (std::any_of(pools.cbegin(), pools.cend(), taken))
+    if (!pool)
         return false;
-    pools.append(pool);
+    Registry& known = registry();
+    QMutexLocker lock(&known.mutex);
+    QVector<Pool*>& list = known.*pools;
+    const auto taken
+        = [pool](const Pool* other) { return other == pool || other->objectName() == pool->objectName(); };
+    if (std::any_of(list.cbegin(), list.cend(), taken))
+        return false;
+    list.append(pool);
     return true;
 }
 
@@ -46,12 +52,15 @@ template <class Pool> void removeFrom(QVector<Pool*>& pools, const QObject* pool
         pools.end());
 }
 
+// A snapshot of each pool of the list @p pools, under the registry's lock.
 template <class Snapshot, class Pool>
-QVector<Snapshot> snapshotsOf(const QVector<Pool*>& pools, int lockTimeoutMs)
+QVector<Snapshot> snapshotsOf(QVector<Pool*> Registry::*pools, int lockTimeoutMs)
 {
+    Registry& known = registry();
+    QMutexLocker lock(&known.mutex);
     QVector<Snapshot> snapshots;
-    snapshots.reserve(pools.size());
-    for (const Pool* pool : pools)
+    snapshots.reserve((known.*pools).size());
+    for (const Pool* pool : qAsConst(known.*pools))
         snapshots.append(pool->snapshot(lockTimeoutMs));
     return snapshots;
 }
@@ -60,20 +69,12 @@ QVector<Snapshot> snapshotsOf(const QVector<Pool*>& pools, int lockTimeoutMs)
 
 bool PoolRegistry::add(komQtThreadPool* pool)
 {
-    if (!pool)
-        return false;
-    Registry& known = registry();
-    QMutexLocker lock(&known.mutex);
-    return addTo(known.jobPools, pool);
+    return addTo(&Registry::jobPools, pool);
 }
 
 bool PoolRegistry::add(komQtSignalThreadPool* pool)
 {
-    if (!pool)
-        return false;
-    Registry& known = registry();
-    QMutexLocker lock(&known.mutex);
-    return addTo(known.signalPools, pool);
+    return addTo(&Registry::signalPools, pool);
 }
 
 void PoolRegistry::remove(const QObject* pool)
@@ -86,16 +87,12 @@ void PoolRegistry::remove(const QObject* pool)
 
 QVector<JobPoolSnapshot> PoolRegistry::jobPools(int lockTimeoutMs)
 {
-    Registry& known = registry();
-    QMutexLocker lock(&known.mutex);
-    return snapshotsOf<JobPoolSnapshot>(known.jobPools, lockTimeoutMs);
+    return snapshotsOf<JobPoolSnapshot>(&Registry::jobPools, lockTimeoutMs);
 }
 
 QVector<SignalPoolSnapshot> PoolRegistry::signalPools(int lockTimeoutMs)
 {
-    Registry& known = registry();
-    QMutexLocker lock(&known.mutex);
-    return snapshotsOf<SignalPoolSnapshot>(known.signalPools, lockTimeoutMs);
+    return snapshotsOf<SignalPoolSnapshot>(&Registry::signalPools, lockTimeoutMs);
 }
 
 } // namespace ko

@@ -7,6 +7,7 @@
 #include "threads/PoolRegistry.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -36,6 +37,13 @@ struct HeldPool
         gate.release();
         pool.retire();
     }
+};
+
+/** The path of a console's socket, in a folder of its own that goes with the object. */
+struct SocketPath
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("console"));
 };
 
 /** The job pool named @p name in @p document, or null. */

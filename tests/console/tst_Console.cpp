@@ -45,8 +45,8 @@ void tst_Console::cleanup()
 void tst_Console::socketForTheOwnerOnly()
 {
     LogCapture capture;
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     QVERIFY(!Console::isListening());
     QVERIFY(Console::listen(path));
     QVERIFY(Console::isListening());
@@ -67,8 +67,8 @@ void tst_Console::socketForTheOwnerOnly()
 void tst_Console::documentOfThisProcess()
 {
     LogCapture capture;
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     HeldPool held(QStringLiteral("Served"));
     QVERIFY(Console::listen(path));
     // The client blocks this thread, which runs no event loop meanwhile: the console answers from
@@ -100,8 +100,8 @@ void tst_Console::documentOfThisProcess()
 void tst_Console::busyPoolLockReported()
 {
     LogCapture capture;
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     HeldPool held(QStringLiteral("Stuck"));
     QVERIFY(Console::listen(path));
     QSemaphore locked, unlock;
@@ -160,8 +160,8 @@ void tst_Console::takesOverOnlyAStaleSocket()
 void tst_Console::manyClientsAtOnceGetAWholeDocumentOrNothing()
 {
     LogCapture capture;
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     QVERIFY(Console::listen(path));
     std::vector<std::unique_ptr<QLocalSocket>> clients;
     for (int i = 0; i < 3 * Console::kMaxClients; ++i) {
@@ -191,8 +191,8 @@ void tst_Console::floodingClientsDoNotDisturbThePool()
 {
     constexpr int jobs = 3000;
     LogCapture capture(ko::Log::Warning);
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     TestPool pool(QStringLiteral("Flooded"), 2);
     QVERIFY(ko::PoolRegistry::add(&pool));
     QVERIFY(Console::listen(path));

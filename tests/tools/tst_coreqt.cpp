@@ -730,8 +730,8 @@ void tst_coreqt::topErrors()
     QFETCH(bool, silent);
     QFETCH(QStringList, options);
     QFETCH(QString, message);
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     std::unique_ptr<FakeConsole> server;
     if (peer == Peer::PlainFile)
         QVERIFY(writeFile(path, "not a socket"));
@@ -754,8 +754,8 @@ void tst_coreqt::topErrors()
 void tst_coreqt::topOnceAgreesWithTheConsole()
 {
     LogCapture capture;
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     HeldPool held(QStringLiteral("Agree"));
     QVERIFY(ko::Console::listen(path));
     const Result json = coreqt({ "top", path, "--once", "--format", "json" });
@@ -796,8 +796,8 @@ void tst_coreqt::topLiveOnATerminal()
 {
     QFETCH(bool, byKey);
     LogCapture capture;
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("console"));
+    const SocketPath socket;
+    const QString& path = socket.path;
     HeldPool held(QStringLiteral("Live"));
     held.pool.setStallThreshold(1);
     QVERIFY(spinUntil([&]() { return held.pool.snapshot().workers.value(0).runningMs >= 2; }));
