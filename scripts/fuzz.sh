@@ -8,7 +8,7 @@ source scripts/deps.sh
 coreqt_install_deps
 
 seconds=${1:-60}
-targets=(fuzz_FileEncrypt)
+targets=(fuzz_FileEncrypt fuzz_StringUtils)
 
 cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
     -DCOREQT_FUZZ=ON -DCOREQT_SANITIZE=address,undefined \

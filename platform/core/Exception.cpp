@@ -3,9 +3,25 @@
 namespace ko
 {
 
+namespace
+{
+
+// True when @p e is @p chain or one of its causes.
+bool chainHolds(const Exception* chain, const Exception* e)
+{
+    for (; chain; chain = chain->cause()) {
+        if (chain == e)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 Exception::Exception(const std::string& what, const Exception* cause)
     : mText(what)
     , mCause(cause ? cause->clone() : nullptr)
+    , mRetiredCause(nullptr)
 {
 }
 
@@ -13,21 +29,35 @@ Exception::Exception(const Exception& other)
     : std::exception(other)
     , mText(other.mText)
     , mCause(other.mCause ? other.mCause->clone() : nullptr)
+    , mRetiredCause(nullptr)
 {
 }
 
 Exception& Exception::operator=(const Exception& other)
 {
-    if (this != &other) {
-        mText = other.mText;
-        setCause(other.mCause);
-    }
+    if (this == &other)
+        return *this;
+    Exception* copy = other.mCause ? other.mCause->clone() : nullptr;
+    mText = other.mText;
+    Exception* previous = mCause;
+    mCause = copy;
+    // A subclass copies its own fields from other after this returns: a chain that holds other must
+    // outlive this call, so it waits for the next assignment or the end of this exception.
+    Exception* kept = chainHolds(previous, &other) ? previous
+        : chainHolds(mRetiredCause, &other)        ? mRetiredCause
+                                                   : nullptr;
+    if (previous != kept)
+        delete previous;
+    if (mRetiredCause != kept)
+        delete mRetiredCause;
+    mRetiredCause = kept;
     return *this;
 }
 
 Exception::~Exception()
 {
     delete mCause;
+    delete mRetiredCause;
 }
 
 const char* Exception::what() const noexcept

@@ -16,6 +16,10 @@ namespace ko
  * The cause copy is owned by this base and freed with it. A subclass that wants
  * to delete the copy itself calls releaseCause() first, which hands the pointer
  * over, so the copy is never freed twice and never leaked.
+ *
+ * An exception may be assigned from a member of its own cause chain: that chain
+ * is then kept until the next assignment or the end of the exception, because a
+ * subclass's assignment still reads its own fields from it after the base's.
  */
 class CORE_EXPORT Exception : public std::exception
 {
@@ -24,7 +28,8 @@ public:
     explicit Exception(const std::string& what = std::string(), const Exception* cause = nullptr);
     /** Copies the text and clones the other exception's cause. */
     Exception(const Exception& other);
-    /** Copies the text and replaces the own cause copy by a clone of the other's. */
+    /** Copies the text and replaces the own cause copy by a clone of the other's; @p other may lie in
+     * this exception's cause chain. */
     Exception& operator=(const Exception& other);
     /** Frees the cause copy unless a subclass released it. */
     ~Exception() override;
@@ -51,6 +56,8 @@ private:
     std::string mText;
     Exception* mCause;
     mutable std::string mWhat;
+    // The previous cause chain when the last assignment came from inside it, or null.
+    Exception* mRetiredCause;
 };
 
 /** A run-time failure of the platform itself (a mutex error, for instance). */

@@ -66,8 +66,10 @@ public:
     /** Shares @p other's object and leaves the previous group. */
     smart& operator=(const smart& other) noexcept
     {
+        // Read first: leaving the old group may delete the object that holds other.
+        T* object = other.mObject;
         joinGroup(other);
-        mObject = other.mObject;
+        mObject = object;
         return *this;
     }
 

@@ -14,13 +14,6 @@ ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const QString& 
 {
 }
 
-ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const ConfigItemNotRetrievedException& other)
-    = default;
-
-ConfigItemNotRetrievedException& ConfigItemNotRetrievedException::operator=(
-    const ConfigItemNotRetrievedException& other)
-    = default;
-
 ConfigItemNotRetrievedException::~ConfigItemNotRetrievedException() = default;
 
 ConfigItemNotRetrievedException* ConfigItemNotRetrievedException::clone() const

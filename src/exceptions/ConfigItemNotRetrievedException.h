@@ -16,11 +16,6 @@ public:
     explicit ConfigItemNotRetrievedException(const QString& message);
     /** Same as the one-argument form; @p object is accepted for callers' convenience and ignored. */
     ConfigItemNotRetrievedException(const QString& message, komObject* object);
-    /** Copies the exception, its fields and its cause. */
-    ConfigItemNotRetrievedException(const ConfigItemNotRetrievedException& other);
-    /** Copies the other exception's fields and cause into this one. */
-    ConfigItemNotRetrievedException& operator=(const ConfigItemNotRetrievedException& other);
-    /** Destroys the exception and its cause copy. */
     ~ConfigItemNotRetrievedException() override;
     /** A new heap copy; the caller owns it. */
     ConfigItemNotRetrievedException* clone() const override;

@@ -8,10 +8,6 @@ DivisionByZeroException::DivisionByZeroException(const QString& message)
 {
 }
 
-DivisionByZeroException::DivisionByZeroException(const DivisionByZeroException& other) = default;
-
-DivisionByZeroException& DivisionByZeroException::operator=(const DivisionByZeroException& other) = default;
-
 DivisionByZeroException::~DivisionByZeroException() = default;
 
 DivisionByZeroException* DivisionByZeroException::clone() const

@@ -12,11 +12,6 @@ class COREQT_EXPORT DivisionByZeroException : public RuntimeException
 public:
     /** Creates the exception with @p message and no cause. */
     explicit DivisionByZeroException(const QString& message);
-    /** Copies the exception, its fields and its cause. */
-    DivisionByZeroException(const DivisionByZeroException& other);
-    /** Copies the other exception's fields and cause into this one. */
-    DivisionByZeroException& operator=(const DivisionByZeroException& other);
-    /** Destroys the exception and its cause copy. */
     ~DivisionByZeroException() override;
     /** A new heap copy; the caller owns it. */
     DivisionByZeroException* clone() const override;

@@ -4,7 +4,9 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 namespace ko
 {
@@ -22,14 +24,9 @@ struct ErrorName
 template <std::size_t N>
 QString translatedErrorName(const char* context, const ErrorName (&rows)[N], int value, const char* fallback)
 {
-    const char* text = fallback;
-    for (const ErrorName& row : rows) {
-        if (row.value == value) {
-            text = row.text;
-            break;
-        }
-    }
-    return QCoreApplication::translate(context, text);
+    const auto row = std::find_if(
+        std::begin(rows), std::end(rows), [value](const ErrorName& r) { return r.value == value; });
+    return QCoreApplication::translate(context, row != std::end(rows) ? row->text : fallback);
 }
 
 } // namespace detail

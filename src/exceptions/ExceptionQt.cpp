@@ -43,6 +43,8 @@ ExceptionQt& ExceptionQt::operator=(const ExceptionQt& other)
 {
     if (this == &other)
         return *this;
+    if (chainHolds(other))
+        return *this = ExceptionQt(other);
     Exception::operator=(other);
     mMessage = other.mMessage;
     mirrorCause();
@@ -62,6 +64,15 @@ ExceptionQt::~ExceptionQt()
 void ExceptionQt::mirrorCause()
 {
     mCauseQt = dynamic_cast<const ExceptionQt*>(Exception::cause());
+}
+
+bool ExceptionQt::chainHolds(const ExceptionQt& other) const
+{
+    for (const Exception* e = Exception::cause(); e; e = e->cause()) {
+        if (e == &other)
+            return true;
+    }
+    return false;
 }
 
 void ExceptionQt::generateWhat(std::string& out) const

@@ -22,7 +22,8 @@ public:
     explicit ExceptionQt(const QString& message, const ExceptionQt* cause = nullptr);
     /** Copies the message and makes an own copy of the other's cause. */
     ExceptionQt(const ExceptionQt& other);
-    /** Copies the message and replaces the own cause copy by a copy of the other's. */
+    /** Copies the message and replaces the own cause copy by a copy of the other's; @p other may lie in
+     * this exception's own chain. */
     ExceptionQt& operator=(const ExceptionQt& other);
     /** Destroys the exception and its cause copy, recursively down the chain. */
     ~ExceptionQt() override;
@@ -56,6 +57,10 @@ public:
     operator QString() const;
 
 protected:
+    /** True when @p other is this exception's cause copy or one of its causes, all of which an
+     * assignment frees: the assignment then works from a copy of @p other. */
+    bool chainHolds(const ExceptionQt& other) const;
+
     /** The free text given to the constructor or to setMessage(); subclasses render it. */
     QString mMessage;
 

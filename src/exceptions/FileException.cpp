@@ -52,9 +52,15 @@ FileException::FileException(const QFile& file)
 {
 }
 
-FileException::FileException(const FileException& other) = default;
-
-FileException& FileException::operator=(const FileException& other) = default;
+FileException& FileException::operator=(const FileException& other)
+{
+    if (chainHolds(other))
+        return *this = FileException(other);
+    IOException::operator=(other);
+    mFileInfo = other.mFileInfo;
+    mError = other.mError;
+    return *this;
+}
 
 FileException::~FileException() = default;
 

@@ -21,11 +21,10 @@ public:
         const ExceptionQt* cause = nullptr);
     /** Creates the exception from the failed @p file: its path, error() and errorString(). */
     explicit FileException(const QFile& file);
-    /** Copies the exception, its fields and its cause. */
-    FileException(const FileException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    FileException(const FileException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     FileException& operator=(const FileException& other);
-    /** Destroys the exception and its cause copy. */
     ~FileException() override;
     /** A new heap copy; the caller owns it. */
     FileException* clone() const override;

@@ -28,10 +28,6 @@ IOException::IOException(QTextStream::Status status)
 {
 }
 
-IOException::IOException(const IOException& other) = default;
-
-IOException& IOException::operator=(const IOException& other) = default;
-
 IOException::~IOException() = default;
 
 IOException* IOException::clone() const

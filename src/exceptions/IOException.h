@@ -16,11 +16,6 @@ public:
     explicit IOException(const QString& message, const ExceptionQt* cause = nullptr);
     /** Creates the exception whose message is the translated name of the text stream @p status. */
     explicit IOException(QTextStream::Status status);
-    /** Copies the exception, its fields and its cause. */
-    IOException(const IOException& other);
-    /** Copies the other exception's fields and cause into this one. */
-    IOException& operator=(const IOException& other);
-    /** Destroys the exception and its cause copy. */
     ~IOException() override;
     /** A new heap copy; the caller owns it. */
     IOException* clone() const override;

@@ -12,10 +12,14 @@ IllegalArgumentException::IllegalArgumentException(
 {
 }
 
-IllegalArgumentException::IllegalArgumentException(const IllegalArgumentException& other) = default;
-
 IllegalArgumentException& IllegalArgumentException::operator=(const IllegalArgumentException& other)
-    = default;
+{
+    if (chainHolds(other))
+        return *this = IllegalArgumentException(other);
+    ExceptionQt::operator=(other);
+    mArgument = other.mArgument;
+    return *this;
+}
 
 IllegalArgumentException::~IllegalArgumentException() = default;
 

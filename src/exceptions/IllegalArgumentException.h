@@ -13,11 +13,10 @@ public:
     /** Creates the exception for the argument named @p argument, with @p message and a copy of @p cause. */
     IllegalArgumentException(
         const QString& argument, const QString& message, const ExceptionQt* cause = nullptr);
-    /** Copies the exception, its fields and its cause. */
-    IllegalArgumentException(const IllegalArgumentException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    IllegalArgumentException(const IllegalArgumentException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     IllegalArgumentException& operator=(const IllegalArgumentException& other);
-    /** Destroys the exception and its cause copy. */
     ~IllegalArgumentException() override;
     /** A new heap copy; the caller owns it. */
     IllegalArgumentException* clone() const override;

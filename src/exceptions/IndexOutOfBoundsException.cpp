@@ -14,10 +14,16 @@ IndexOutOfBoundsException::IndexOutOfBoundsException(
 {
 }
 
-IndexOutOfBoundsException::IndexOutOfBoundsException(const IndexOutOfBoundsException& other) = default;
-
 IndexOutOfBoundsException& IndexOutOfBoundsException::operator=(const IndexOutOfBoundsException& other)
-    = default;
+{
+    if (chainHolds(other))
+        return *this = IndexOutOfBoundsException(other);
+    IllegalArgumentException::operator=(other);
+    mInvalidIndex = other.mInvalidIndex;
+    mMinIndex = other.mMinIndex;
+    mMaxIndex = other.mMaxIndex;
+    return *this;
+}
 
 IndexOutOfBoundsException::~IndexOutOfBoundsException() = default;
 

@@ -12,11 +12,10 @@ class COREQT_EXPORT IndexOutOfBoundsException : public IllegalArgumentException
 public:
     /** Creates the exception for @p argument indexed at @p invalidIndex; @p maxIndex is exclusive. */
     IndexOutOfBoundsException(const QString& argument, int invalidIndex, int minIndex, int maxIndex);
-    /** Copies the exception, its fields and its cause. */
-    IndexOutOfBoundsException(const IndexOutOfBoundsException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    IndexOutOfBoundsException(const IndexOutOfBoundsException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     IndexOutOfBoundsException& operator=(const IndexOutOfBoundsException& other);
-    /** Destroys the exception and its cause copy. */
     ~IndexOutOfBoundsException() override;
     /** A new heap copy; the caller owns it. */
     IndexOutOfBoundsException* clone() const override;

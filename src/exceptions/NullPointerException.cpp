@@ -11,9 +11,14 @@ NullPointerException::NullPointerException(const QString& argument, void* invali
 {
 }
 
-NullPointerException::NullPointerException(const NullPointerException& other) = default;
-
-NullPointerException& NullPointerException::operator=(const NullPointerException& other) = default;
+NullPointerException& NullPointerException::operator=(const NullPointerException& other)
+{
+    if (chainHolds(other))
+        return *this = NullPointerException(other);
+    IllegalArgumentException::operator=(other);
+    mInvalidAddress = other.mInvalidAddress;
+    return *this;
+}
 
 NullPointerException::~NullPointerException() = default;
 

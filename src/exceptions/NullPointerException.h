@@ -12,11 +12,10 @@ class COREQT_EXPORT NullPointerException : public IllegalArgumentException
 public:
     /** Creates the exception for the pointer named @p argument holding @p invalidAddress (may be null). */
     NullPointerException(const QString& argument, void* invalidAddress);
-    /** Copies the exception, its fields and its cause. */
-    NullPointerException(const NullPointerException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    NullPointerException(const NullPointerException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     NullPointerException& operator=(const NullPointerException& other);
-    /** Destroys the exception and its cause copy. */
     ~NullPointerException() override;
     /** A new heap copy; the caller owns it. */
     NullPointerException* clone() const override;

@@ -11,9 +11,14 @@ OutOfMemoryException::OutOfMemoryException(int size, const QString& message)
 {
 }
 
-OutOfMemoryException::OutOfMemoryException(const OutOfMemoryException& other) = default;
-
-OutOfMemoryException& OutOfMemoryException::operator=(const OutOfMemoryException& other) = default;
+OutOfMemoryException& OutOfMemoryException::operator=(const OutOfMemoryException& other)
+{
+    if (chainHolds(other))
+        return *this = OutOfMemoryException(other);
+    RuntimeException::operator=(other);
+    mSize = other.mSize;
+    return *this;
+}
 
 OutOfMemoryException::~OutOfMemoryException() = default;
 

@@ -14,11 +14,10 @@ class COREQT_EXPORT OutOfMemoryException : public RuntimeException, public virtu
 public:
     /** Creates the exception for @p size bytes that could not be allocated, with @p message. */
     OutOfMemoryException(int size, const QString& message);
-    /** Copies the exception, its fields and its cause. */
-    OutOfMemoryException(const OutOfMemoryException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    OutOfMemoryException(const OutOfMemoryException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     OutOfMemoryException& operator=(const OutOfMemoryException& other);
-    /** Destroys the exception and its cause copy. */
     ~OutOfMemoryException() override;
     /** A new heap copy; the caller owns it. */
     OutOfMemoryException* clone() const override;

@@ -36,9 +36,17 @@ ParseException::ParseException(const QString& message, int lineNumber, int colum
 {
 }
 
-ParseException::ParseException(const ParseException& other) = default;
-
-ParseException& ParseException::operator=(const ParseException& other) = default;
+ParseException& ParseException::operator=(const ParseException& other)
+{
+    if (chainHolds(other))
+        return *this = ParseException(other);
+    ExceptionQt::operator=(other);
+    mLineNumber = other.mLineNumber;
+    mColumnNumber = other.mColumnNumber;
+    mLastLineNumber = other.mLastLineNumber;
+    mLastColumnNumber = other.mLastColumnNumber;
+    return *this;
+}
 
 ParseException::~ParseException() = default;
 

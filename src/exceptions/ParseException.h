@@ -14,11 +14,10 @@ public:
      * lastColumnNumber). */
     ParseException(const QString& message, int lineNumber, int columnNumber, int lastLineNumber,
         int lastColumnNumber, const ExceptionQt* cause = nullptr);
-    /** Copies the exception, its fields and its cause. */
-    ParseException(const ParseException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    ParseException(const ParseException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     ParseException& operator=(const ParseException& other);
-    /** Destroys the exception and its cause copy. */
     ~ParseException() override;
     /** A new heap copy; the caller owns it. */
     ParseException* clone() const override;

@@ -8,10 +8,6 @@ RuntimeException::RuntimeException(const QString& message)
 {
 }
 
-RuntimeException::RuntimeException(const RuntimeException& other) = default;
-
-RuntimeException& RuntimeException::operator=(const RuntimeException& other) = default;
-
 RuntimeException::~RuntimeException() = default;
 
 RuntimeException* RuntimeException::clone() const

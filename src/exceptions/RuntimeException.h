@@ -12,11 +12,6 @@ class COREQT_EXPORT RuntimeException : public ExceptionQt
 public:
     /** Creates the exception with @p message and no cause. */
     explicit RuntimeException(const QString& message);
-    /** Copies the exception, its fields and its cause. */
-    RuntimeException(const RuntimeException& other);
-    /** Copies the other exception's fields and cause into this one. */
-    RuntimeException& operator=(const RuntimeException& other);
-    /** Destroys the exception and its cause copy. */
     ~RuntimeException() override;
     /** A new heap copy; the caller owns it. */
     RuntimeException* clone() const override;

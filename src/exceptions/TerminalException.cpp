@@ -9,10 +9,6 @@ TerminalException::TerminalException(const QString& message, const ExceptionQt* 
     setCause(cause);
 }
 
-TerminalException::TerminalException(const TerminalException& other) = default;
-
-TerminalException& TerminalException::operator=(const TerminalException& other) = default;
-
 TerminalException::~TerminalException() = default;
 
 TerminalException* TerminalException::clone() const

@@ -12,11 +12,6 @@ class COREQT_EXPORT TerminalException : public RuntimeException
 public:
     /** Creates the exception with @p message and a copy of @p cause (null for none). */
     explicit TerminalException(const QString& message, const ExceptionQt* cause = nullptr);
-    /** Copies the exception, its fields and its cause. */
-    TerminalException(const TerminalException& other);
-    /** Copies the other exception's fields and cause into this one. */
-    TerminalException& operator=(const TerminalException& other);
-    /** Destroys the exception and its cause copy. */
     ~TerminalException() override;
     /** A new heap copy; the caller owns it. */
     TerminalException* clone() const override;

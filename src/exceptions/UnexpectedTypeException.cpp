@@ -13,9 +13,15 @@ UnexpectedTypeException::UnexpectedTypeException(const QString& argument, const 
 {
 }
 
-UnexpectedTypeException::UnexpectedTypeException(const UnexpectedTypeException& other) = default;
-
-UnexpectedTypeException& UnexpectedTypeException::operator=(const UnexpectedTypeException& other) = default;
+UnexpectedTypeException& UnexpectedTypeException::operator=(const UnexpectedTypeException& other)
+{
+    if (chainHolds(other))
+        return *this = UnexpectedTypeException(other);
+    IllegalArgumentException::operator=(other);
+    mUnexpectedType = other.mUnexpectedType;
+    mExpectedType = other.mExpectedType;
+    return *this;
+}
 
 UnexpectedTypeException::~UnexpectedTypeException() = default;
 

@@ -13,11 +13,10 @@ public:
     /** Creates the exception for @p argument of type @p unexpectedType where @p expectedType was expected. */
     UnexpectedTypeException(const QString& argument, const QString& unexpectedType,
         const QString& expectedType, const QString& message, const ExceptionQt* cause = nullptr);
-    /** Copies the exception, its fields and its cause. */
-    UnexpectedTypeException(const UnexpectedTypeException& other);
-    /** Copies the other exception's fields and cause into this one. */
+    /** Copies every field and the whole cause chain. */
+    UnexpectedTypeException(const UnexpectedTypeException& other) = default;
+    /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     UnexpectedTypeException& operator=(const UnexpectedTypeException& other);
-    /** Destroys the exception and its cause copy. */
     ~UnexpectedTypeException() override;
     /** A new heap copy; the caller owns it. */
     UnexpectedTypeException* clone() const override;

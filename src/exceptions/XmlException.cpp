@@ -13,10 +13,6 @@ XmlException::XmlException(const QString& message, int lineNumber, int columnNum
 {
 }
 
-XmlException::XmlException(const XmlException& other) = default;
-
-XmlException& XmlException::operator=(const XmlException& other) = default;
-
 XmlException::~XmlException() = default;
 
 XmlException* XmlException::clone() const

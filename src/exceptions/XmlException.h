@@ -15,11 +15,6 @@ public:
     /** Creates the exception at @p lineNumber and @p columnNumber, with no known end. */
     XmlException(
         const QString& message, int lineNumber, int columnNumber, const ExceptionQt* cause = nullptr);
-    /** Copies the exception, its fields and its cause. */
-    XmlException(const XmlException& other);
-    /** Copies the other exception's fields and cause into this one. */
-    XmlException& operator=(const XmlException& other);
-    /** Destroys the exception and its cause copy. */
     ~XmlException() override;
     /** A new heap copy; the caller owns it. */
     XmlException* clone() const override;

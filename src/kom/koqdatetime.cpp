@@ -45,8 +45,11 @@ unsigned long long fromQDateTime(const QDateTime& dt)
 
 unsigned long long fromQDateTime(const QDate& date, const QTime& time)
 {
-    if (date.isValid())
-        return fromQDateTime(QDateTime(date, time.isValid() ? time : QTime(0, 0), Qt::LocalTime));
+    if (date.isValid()) {
+        // Where clocks skip midnight the day starts later; elsewhere the start of day is midnight.
+        return fromQDateTime(
+            time.isValid() ? QDateTime(date, time, Qt::LocalTime) : date.startOfDay(Qt::LocalTime));
+    }
     if (time.isValid()) {
         // A time of day without a date is a duration: microseconds since midnight.
         const unsigned long long seconds = (time.hour() * 60ULL + time.minute()) * 60 + time.second();

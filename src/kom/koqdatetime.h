@@ -28,8 +28,9 @@ COREQT_EXPORT unsigned long long frameTime(const QDateTime& dt);
 /** The frame time of @p dt with millisecond precision. */
 COREQT_EXPORT unsigned long long fromQDateTime(const QDateTime& dt);
 /**
- * The frame time of @p date at @p time in local time (midnight when @p time is invalid); without a valid
- * date, the microseconds of @p time since midnight; 0 when both are invalid.
+ * The frame time of @p date at @p time in local time (the start of the day, midnight where it exists, when
+ * @p time is invalid); without a valid date, the microseconds of @p time since midnight; 0 when both are
+ * invalid.
  */
 COREQT_EXPORT unsigned long long fromQDateTime(const QDate& date, const QTime& time);
 

@@ -10,7 +10,7 @@ namespace ko
 template <>
 qint64 TStreambufDevice<std::streambuf>::bytesAvailable() const
 {
-    return mStreambuf ? qint64(std::max<std::streamsize>(mStreambuf->in_avail(), 0)) : 0;
+    return mStreambuf ? qint64(mStreambuf->in_avail()) : 0;
 }
 
 template <>

@@ -13,20 +13,24 @@ namespace ko
 /**
  * A sequential QIODevice that reads from and writes to a standard stream
  * buffer, so that a QTextStream can write into a std::ostream's buffer.
- * It keeps no buffer of its own. Made for std::streambuf and std::wstreambuf;
- * the wide variant counts a character as two bytes when writing.
+ * Writes go straight to the stream buffer; reads pass through the device's
+ * read buffer as for any QIODevice. Made for std::streambuf and std::wstreambuf;
+ * the wide variant counts a character as two bytes when writing, and when
+ * reading takes the byte count as a character count and returns characters,
+ * so a read shorter than QIODevice's buffer chunk (16 KiB) through its read
+ * buffer sees that count as bytes.
  */
 template <class Streambuf>
 class TStreambufDevice : public QIODevice
 {
 public:
-    /** A device over @p streambuf (not owned), opened read-write and unbuffered. */
+    /** A device over @p streambuf (not owned), opened read-write; writes reach the buffer at once. */
     explicit TStreambufDevice(Streambuf* streambuf, QObject* parent = nullptr)
         : QIODevice(parent)
         , mStreambuf(streambuf)
         , mWriteStreambuf(nullptr)
     {
-        open(QIODevice::ReadWrite | QIODevice::Unbuffered);
+        open(QIODevice::ReadWrite);
     }
 
     /** The buffer read from, and written to unless a write buffer is set. */
@@ -38,11 +42,20 @@ public:
 
     /** Always true: the device cannot seek. */
     bool isSequential() const override { return true; }
-    /** Characters the buffer can deliver at once (not overridden by the wide variant). */
+    /** The buffer's in_avail(): -1 when it knows it has nothing to read; bytes the device holds in its
+     * own read buffer are not counted (not overridden by the wide variant). */
     qint64 bytesAvailable() const override;
 
 protected:
+    /**
+     * Syncs the buffer, then reads up to @p maxSize characters from it; the wide variant takes
+     * @p maxSize as a count of wide characters, unchanged.
+     */
     qint64 readData(char* data, qint64 maxSize) override;
+    /**
+     * Writes to the write buffer (or the buffer) and syncs it. The wide variant writes @p size / 2
+     * wide characters and returns that character count, not a byte count.
+     */
     qint64 writeData(const char* data, qint64 size) override;
 
 private:
@@ -50,6 +63,7 @@ private:
     Streambuf* mWriteStreambuf;
 };
 
+/// @cond internal
 template <>
 COREQT_EXPORT qint64 TStreambufDevice<std::streambuf>::bytesAvailable() const;
 template <>
@@ -62,6 +76,7 @@ template <>
 COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::readData(char* data, qint64 maxSize);
 template <>
 COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::writeData(const char* data, qint64 size);
+/// @endcond
 
 } // namespace ko
 

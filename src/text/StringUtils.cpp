@@ -1,7 +1,12 @@
 #include "text/StringUtils.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QRegExp>
+#include <QTimeZone>
+
+#include <algorithm>
+#include <new>
 
 namespace ko
 {
@@ -68,13 +73,79 @@ unsigned int repeatSixBits(unsigned char c, int count)
     return value;
 }
 
-// Reads the byte at p and moves past it, except that a terminating zero is never stepped over.
+// Reads a continuation byte at p and moves past it, except that a terminating zero is never
+// stepped over.
 unsigned char takeByte(const char*& p)
 {
     const unsigned char c = static_cast<unsigned char>(*p);
     if (c != 0)
         ++p;
     return c;
+}
+
+// Deeper variant containers are refused: Qt reads them recursively, and crafted text could
+// otherwise nest them deep enough to exhaust the stack.
+const int kMaxNesting = 1024;
+
+// Reads one serialised QVariant from @p s and tells whether it could be read and its variant
+// lists, maps and hashes nest at most @p levels deep. Qt itself reads every other value.
+bool readableWithin(QDataStream& s, int levels)
+{
+    QIODevice* device = s.device();
+    const qint64 start = device->pos();
+    quint32 type = 0;
+    qint8 isNull = 0;
+    s >> type >> isNull;
+    if (type == QMetaType::User) {
+        QByteArray name;
+        s >> name;
+        type = quint32(QMetaType::type(name.constData()));
+    }
+    const bool keyed = type == QMetaType::QVariantMap || type == QMetaType::QVariantHash;
+    if (!keyed && type != QMetaType::QVariantList) {
+        device->seek(start);
+        QVariant value;
+        s >> value;
+        return s.status() == QDataStream::Ok;
+    }
+    if (levels == 0)
+        return false;
+    quint32 count = 0;
+    s >> count;
+    for (quint32 i = 0; i < count && s.status() == QDataStream::Ok; ++i) {
+        QString key;
+        if (keyed)
+            s >> key;
+        if (!readableWithin(s, levels - 1))
+            return false;
+    }
+    return s.status() == QDataStream::Ok;
+}
+
+// Whether Qt can serialise @p value: a date-time in a time zone that Qt does not know has no
+// zone data, and writing it would crash.
+bool writable(const QVariant& value)
+{
+    switch (value.userType()) {
+    case QMetaType::QDateTime: {
+        const QDateTime dateTime = value.toDateTime();
+        return dateTime.timeSpec() != Qt::TimeZone || dateTime.timeZone().isValid();
+    }
+    case QMetaType::QVariantList: {
+        const QVariantList list = value.toList();
+        return std::all_of(list.cbegin(), list.cend(), writable);
+    }
+    case QMetaType::QVariantMap: {
+        const QVariantMap map = value.toMap();
+        return std::all_of(map.cbegin(), map.cend(), writable);
+    }
+    case QMetaType::QVariantHash: {
+        const QVariantHash hash = value.toHash();
+        return std::all_of(hash.cbegin(), hash.cend(), writable);
+    }
+    default:
+        return true;
+    }
 }
 
 } // namespace
@@ -431,9 +502,10 @@ unsigned int StringUtils::decodeUtf8(const char*& p)
 {
     // Only ASCII and two-byte sequences decode correctly: a longer sequence reads just the byte after
     // its lead and repeats its six bits in every slot, and 0xFE/0xFF take the byte after next. Kept
-    // as it is because callers rely on it. A zero byte is never stepped over (it reads as 0), so a
-    // caller that stops at the terminator never reads past it.
-    const unsigned int b = takeByte(p);
+    // as it is because callers rely on it. The lead byte is always passed, a zero one too, so that a
+    // walk over a buffer of known length moves on; a zero continuation byte is never stepped over
+    // (it reads as 0), so a sequence cut short by the terminator never reads past it.
+    const unsigned int b = static_cast<unsigned char>(*p++);
     if (b < 0x80)
         return b;
     if ((b & 0xC0) == 0x80)
@@ -495,9 +567,21 @@ QVariant StringUtils::toVariant(const QString& text, QVariant::Type type)
     // per value converts back correctly).
     mBuffer.reset();
     mBuffer.buffer().append(QByteArray::fromBase64(text.toAscii()));
-    QVariant result;
-    mStream >> result;
-    return result;
+    // The text may come from anywhere: whatever Qt cannot read, or could not write again, gives an
+    // invalid value, including lengths that ask for more memory than there is.
+    try {
+        mStream.resetStatus();
+        if (!readableWithin(mStream, kMaxNesting))
+            return QVariant();
+        mBuffer.reset();
+        QVariant result;
+        mStream >> result;
+        if (mStream.status() != QDataStream::Ok || !writable(result))
+            return QVariant();
+        return result;
+    } catch (const std::bad_alloc&) {
+        return QVariant();
+    }
 }
 
 QString StringUtils::toString(const QVariant& value)
@@ -508,9 +592,13 @@ QString StringUtils::toString(const QVariant& value)
         return value.toString();
     if (value.canConvert(QVariant::StringList))
         return value.toStringList().join(QLatin1Char('\n'));
+    // A value Qt cannot serialise is outside the contract; it gives the text of an invalid value.
+    if (!writable(value))
+        return emptyString();
     // Overwrites from position 0 and encodes the whole array, so bytes of a longer earlier value stay
     // behind the new ones. Kept because callers rely on it.
     mBuffer.reset();
+    mStream.resetStatus();
     mStream << value;
     return encodeBase64(mBuffer.buffer());
 }

@@ -131,11 +131,13 @@ public:
     static QString encodeBase64(const QString& text);
     /** The Base64 text of @p length bytes at @p data. */
     static QString encodeBase64(const char* data, int length);
-    /** The text whose Base64 form is @p text, read as Latin-1 up to its first zero byte. */
+    /** The text whose Base64 form is @p text, read as Latin-1 and cut at its first zero byte (binary data
+     * is cut there too: the function is meant for text). */
     static QString decodeBase64(const QString& text);
     /**
      * Reads one code point at @p p and advances @p p. Only ASCII and two-byte sequences decode correctly:
-     * a longer one uses just the byte after its lead (0xFE/0xFF the byte after next); a zero is never passed.
+     * a longer one uses just the byte after its lead (0xFE/0xFF the byte after next). A zero lead byte is
+     * passed like any other; a zero where a continuation byte should be is not, and reads as 0.
      */
     static unsigned int decodeUtf8(const char*& p);
     /** True when @p text is empty or a prefix of the zero-terminated UTF-8 text @p utf8. */
@@ -143,9 +145,24 @@ public:
     /** @p text read as a boolean the way QVariant converts text; @p ok tells whether it converted. */
     static bool toBool(const QString& text, bool* ok = nullptr);
 
-    /** @p text converted to @p type, or read as Base64 of a serialised QVariant when it does not convert. */
+    /**
+     * @p text converted to @p type, or else read as Base64 of a serialised QVariant. Text that does not
+     * hold a readable value gives an invalid variant, never a crash: a short read, a length that asks
+     * for more memory than there is, variant containers nested over 1024 deep, a value that Qt could
+     * not serialise again (a date-time in an unknown time zone).
+     *
+     * Surprising but kept: the instance's buffer is rewound, never emptied. The decoded bytes are
+     * appended behind those of earlier calls and the first value the buffer holds is read, so an
+     * instance converts only its first value correctly; use a fresh instance per value.
+     */
     QVariant toVariant(const QString& text, QVariant::Type type);
-    /** @p value as text, or Base64 of its serialised form when it has no text form. */
+    /**
+     * @p value as text, or Base64 of its serialised form when it has no text form (an empty text for a
+     * value Qt cannot serialise).
+     *
+     * Surprising but kept: the buffer is overwritten from its start and encoded whole, so after a
+     * longer value the text also carries that value's remaining bytes; use a fresh instance per value.
+     */
     QString toString(const QVariant& value);
 
 private:

@@ -1,9 +1,11 @@
 #include "kom/koqdatetime.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 #include <QtTest>
 
-// Registered twice: with TZ=UTC and with TZ=Europe/Berlin (daylight saving) for the local-time paths.
+// Registered three times: with TZ=UTC, TZ=Europe/Berlin and TZ=America/Sao_Paulo (daylight saving, once
+// starting at midnight) for the local-time paths.
 
 namespace
 {
@@ -85,33 +87,56 @@ void tst_koqdatetime::fromDateTime()
     QCOMPARE(ko::fromQDateTime(QDate(), QTime()), 0ULL);
 }
 
+// Rows for the zone the process runs in (TZ): the wall clock time of a frame and the first instant
+// of that local day, in seconds.
 void tst_koqdatetime::localTime_data()
 {
     QTest::addColumn<qulonglong>("frame");
-    QTest::addColumn<QString>("berlinWall");
-    QTest::addColumn<int>("berlinMidnightOffset");
-    QTest::newRow("winter") << 1610712000250750ULL << "2021-01-15 13:00:00.250" << 3600;
-    QTest::newRow("summer") << 1626350400250750ULL << "2021-07-15 14:00:00.250" << 7200;
-    QTest::newRow("before spring forward") << 1616893199999000ULL << "2021-03-28 01:59:59.999" << 3600;
-    QTest::newRow("after spring forward") << 1616893200000000ULL << "2021-03-28 03:00:00.000" << 3600;
-    QTest::newRow("next day locally") << 1626301800000999ULL << "2021-07-15 00:30:00.000" << 7200;
+    QTest::addColumn<QString>("wall");
+    QTest::addColumn<qulonglong>("dayStart");
+
+    struct Row
+    {
+        const char* zone;
+        const char* name;
+        qulonglong frame;
+        const char* wall;
+        qulonglong dayStart;
+    };
+    static const Row rows[] = {
+        { "UTC", "winter", 1610712000250750ULL, "2021-01-15 12:00:00.250", 1610668800 },
+        { "UTC", "late evening", 1626301800000999ULL, "2021-07-14 22:30:00.000", 1626220800 },
+        { "Europe/Berlin", "winter", 1610712000250750ULL, "2021-01-15 13:00:00.250", 1610665200 },
+        { "Europe/Berlin", "summer", 1626350400250750ULL, "2021-07-15 14:00:00.250", 1626300000 },
+        { "Europe/Berlin", "before spring forward", 1616893199999000ULL, "2021-03-28 01:59:59.999",
+            1616886000 },
+        { "Europe/Berlin", "after spring forward", 1616893200000000ULL, "2021-03-28 03:00:00.000",
+            1616886000 },
+        { "Europe/Berlin", "next day locally", 1626301800000999ULL, "2021-07-15 00:30:00.000", 1626300000 },
+        // Clocks went from 23:59:59 straight to 01:00 on 2018-11-04: that day has no midnight.
+        { "America/Sao_Paulo", "day without midnight", 1541300400000000ULL, "2018-11-04 01:00:00.000",
+            1541300400 },
+        { "America/Sao_Paulo", "last instant before it", 1541300399999000ULL, "2018-11-03 23:59:59.999",
+            1541214000 },
+        { "America/Sao_Paulo", "after the hour repeated", 1550372400000000ULL, "2019-02-17 00:00:00.000",
+            1550372400 },
+        { "America/Sao_Paulo", "no daylight saving", 1626350400250750ULL, "2021-07-15 09:00:00.250",
+            1626318000 },
+    };
+    const QByteArray zone = qgetenv("TZ");
+    QVERIFY2(QTimeZone(zone).isValid(), "no time zone data for TZ (tzdata)");
+    for (const Row& row : rows) {
+        if (zone == row.zone)
+            QTest::newRow(row.name) << row.frame << QString::fromLatin1(row.wall) << row.dayStart;
+    }
 }
 
 void tst_koqdatetime::localTime()
 {
     QFETCH(qulonglong, frame);
-    QFETCH(QString, berlinWall);
-    QFETCH(int, berlinMidnightOffset);
-    const QByteArray zone = qgetenv("TZ");
-    if (zone != "UTC" && zone != "Europe/Berlin")
-        QSKIP("needs TZ=UTC or TZ=Europe/Berlin");
-    const bool berlin = zone == "Europe/Berlin";
-    if (berlin) {
-        QVERIFY2(QDateTime(QDate(2021, 7, 1), QTime(12, 0)).offsetFromUtc() == 7200,
-            "time zone data for Europe/Berlin is missing (tzdata)");
-    }
-    const QString wall
-        = berlin ? berlinWall : QDateTime::fromMSecsSinceEpoch(frame / 1000, Qt::UTC).toString(kFormat);
+    QFETCH(QString, wall);
+    QFETCH(qulonglong, dayStart);
+
     const QString wholeWall = wall.left(20) + QStringLiteral("000");
     QCOMPARE(ko::dateTime(frame).toString(kFormat), wholeWall);
     QCOMPARE(ko::toQDateTime(frame).toString(kFormat), wall);
@@ -119,11 +144,8 @@ void tst_koqdatetime::localTime()
 
     const QDateTime local = QDateTime::fromString(wall, kFormat);
     QCOMPARE(ko::fromQDateTime(local.date(), local.time()), frame / 1000 * 1000);
-    // A valid date without a valid time stands for its local midnight.
-    const qint64 midnight
-        = utc(local.date().year(), local.date().month(), local.date().day()).toSecsSinceEpoch()
-        - (berlin ? berlinMidnightOffset : 0);
-    QCOMPARE(ko::fromQDateTime(local.date(), QTime()), qulonglong(midnight) * kSecond);
+    // A valid date without a valid time stands for the start of its local day: midnight where it exists.
+    QCOMPARE(ko::fromQDateTime(local.date(), QTime()), dayStart * kSecond);
 }
 
 QTEST_GUILESS_MAIN(tst_koqdatetime)

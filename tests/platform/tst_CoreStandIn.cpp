@@ -19,7 +19,7 @@
 namespace
 {
 
-// An exception that counts its live instances and, like the library's own
+// An exception with a field of its own that counts its live instances and, like the library's own
 // exception classes, deletes its cause copy itself.
 class CountedException : public ko::Exception
 {
@@ -27,11 +27,13 @@ public:
     static int live;
     explicit CountedException(const std::string& text, const ko::Exception* cause = nullptr)
         : ko::Exception(text, cause)
+        , field(text)
     {
         ++live;
     }
     CountedException(const CountedException& other)
         : ko::Exception(other)
+        , field(other.field)
     {
         ++live;
     }
@@ -42,6 +44,8 @@ public:
         delete releaseCause();
     }
     CountedException* clone() const override { return new CountedException(*this); }
+    // Copied by the default assignment after the base part, from an object that must still be alive.
+    std::string field;
 };
 int CountedException::live = 0;
 
@@ -179,6 +183,17 @@ void tst_CoreStandIn::exceptionCauseCopies()
         top.setCause(nullptr);
         QVERIFY(!top.cause());
         QCOMPARE(chain(&assigned), QStringLiteral("top <- middle <- root"));
+
+        // Assigned from its own cause chain at depth 1 and 3: the subclass copies its field once the
+        // base part is done, so the object it reads from must outlive the base's assignment.
+        CountedException outer("outer", &assigned);
+        outer = static_cast<const CountedException&>(*outer.cause());
+        QCOMPARE(outer.field, std::string("top"));
+        QCOMPARE(chain(&outer), QStringLiteral("top <- middle <- root"));
+        outer = CountedException("outer", &assigned);
+        outer = static_cast<const CountedException&>(*outer.cause()->cause()->cause());
+        QCOMPARE(outer.field, std::string("root"));
+        QCOMPARE(chain(&outer), QStringLiteral("root"));
     }
     QCOMPARE(CountedException::live, 0);
 

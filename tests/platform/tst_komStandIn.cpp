@@ -27,6 +27,16 @@ struct Derived : komObject, Counted
     int value = 42;
 };
 
+// A list node that holds the next node through a handle.
+struct Node : Counted
+{
+    explicit Node(int v)
+        : value(v)
+    { }
+    int value;
+    kom::smart<Node> next;
+};
+
 struct RecordingHandler : komStatusMessageHandlerInterface
 {
     explicit RecordingHandler(kom::StatusMessageType verbosity = kom::StatusTrace)
@@ -88,6 +98,15 @@ void tst_komStandIn::smartOwnership()
         // createGroup with a null object makes an empty handle, as JobEntry::clear() does.
         assigned.createGroup(nullptr, nullptr);
         QCOMPARE(Counted::deleted.load(), 1);
+
+        // Assigned from a handle inside the object it holds last: the object goes, the handle read
+        // from it must not.
+        kom::smart<Node> head(new Node(1));
+        head->next = kom::smart<Node>(new Node(2));
+        head = head->next;
+        QCOMPARE(Counted::deleted.load(), 2);
+        QCOMPARE(head->value, 2);
+        QCOMPARE(head.useCount(), 1L);
     }
     QCOMPARE(Counted::live.load(), 0);
 }

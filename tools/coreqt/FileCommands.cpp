@@ -9,7 +9,6 @@
 
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QtEndian>
 
 namespace tool
 {
@@ -17,20 +16,15 @@ namespace tool
 namespace
 {
 
-// The plain header in front of the enciphered bytes: version, minimum version, two reserved
-// bytes, the cipher seed (little-endian).
-constexpr qint64 kHeaderSize = 8;
 // Files above this size show a progress line on a terminal.
 constexpr qint64 kProgressThreshold = qint64(16) << 20;
 constexpr qint64 kChunkSize = qint64(1) << 20;
 
+// An enciphered file's header, as the library reads it, and the file's raw size.
 struct Header
 {
+    ko::FileEncrypt::Header fields;
     qint64 fileSize = 0;
-    int version = 0;
-    int minimumVersion = 0;
-    quint16 reserved = 0;
-    quint32 seed = 0;
 };
 
 [[noreturn]] void fail(const QFileDevice& device, const QString& path)
@@ -49,18 +43,13 @@ Header readHeader(const QString& path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         fail(file, path);
-    Header header;
-    header.fileSize = file.size();
-    const QByteArray bytes = file.read(kHeaderSize);
-    if (bytes.size() < kHeaderSize) {
-        if (file.error() != QFile::NoError)
-            fail(file, path);
-        notEnciphered(path, QStringLiteral("%1 bytes, shorter than the 8-byte header").arg(bytes.size()));
-    }
-    header.version = static_cast<signed char>(bytes.at(0));
-    header.minimumVersion = static_cast<signed char>(bytes.at(1));
-    header.reserved = qFromLittleEndian<quint16>(bytes.constData() + 2);
-    header.seed = qFromLittleEndian<quint32>(bytes.constData() + 4);
+    Header header { ko::FileEncrypt::Header(file.read(8)), file.size() };
+    if (file.error() != QFile::NoError)
+        fail(file, path);
+    // The library opens a short file with a zero-filled header; the tool says what it is instead.
+    if (header.fields.length() < 8)
+        notEnciphered(
+            path, QStringLiteral("%1 bytes, shorter than the 8-byte header").arg(header.fields.length()));
     return header;
 }
 
@@ -69,7 +58,7 @@ Header readHeader(const QString& path)
 // for it, so such a file is refused rather than deciphered into noise.
 bool openEnciphered(ko::FileEncrypt& file, const Header& header)
 {
-    return header.seed != 0 && file.open(QIODevice::ReadOnly);
+    return header.fields.seed() != 0 && header.fields.isReadable() && file.open(QIODevice::ReadOnly);
 }
 
 // A file name argument (IN, OUT, FILE); an empty one names no file.
@@ -228,9 +217,9 @@ int runDecrypt(const Invocation& invocation)
     if (!openEnciphered(in, header))
         notEnciphered(inPath,
             QStringLiteral("version %1 (minimum version %2, seed %3) is not one this library reads")
-                .arg(header.version)
-                .arg(header.minimumVersion)
-                .arg(hex32(header.seed)));
+                .arg(int(header.fields.version()))
+                .arg(int(header.fields.minimumVersion()))
+                .arg(hex32(header.fields.seed())));
     Destination out(outPath, false, cleanup);
     Progress progress(QStringLiteral("decrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
     const qint64 size = copy(in, inPath, out.device(), outPath, progress);
@@ -257,12 +246,12 @@ Report inspectFile(const QString& path)
 
     Report report(Report::Properties);
     report.set(QStringLiteral("file"), path);
-    report.set(QStringLiteral("version"), header.version);
-    report.set(QStringLiteral("minimumVersion"), header.minimumVersion);
-    report.set(
-        QStringLiteral("reserved"), QStringLiteral("0x%1").arg(header.reserved, 4, 16, QLatin1Char('0')));
-    report.set(QStringLiteral("seed"), hex32(header.seed));
-    report.set(QStringLiteral("size"), double(header.fileSize - kHeaderSize));
+    report.set(QStringLiteral("version"), int(header.fields.version()));
+    report.set(QStringLiteral("minimumVersion"), int(header.fields.minimumVersion()));
+    report.set(QStringLiteral("reserved"),
+        QStringLiteral("0x%1").arg(header.fields.reserved(), 4, 16, QLatin1Char('0')));
+    report.set(QStringLiteral("seed"), hex32(header.fields.seed()));
+    report.set(QStringLiteral("size"), double(header.fileSize - header.fields.length()));
     report.set(QStringLiteral("readable"), readable);
     return report;
 }
@@ -271,16 +260,16 @@ const Command kEncryptCommand = { "encrypt", "IN OUT",
     "Writes IN as an enciphered file OUT (an 8-byte plain header, then the enciphered bytes; this hides "
     "data from casual reading and is not cryptography). A file OUT is replaced only when complete; a FIFO or "
     "device is written in place.",
-    2, 2, nullptr, runEncrypt };
+    2, 2, nullptr, runEncrypt, "coreqt encrypt notes.txt notes.enc" };
 
 const Command kDecryptCommand = { "decrypt", "IN OUT",
     "Writes the contents of the enciphered file IN to OUT (a file is replaced only when complete, a FIFO or "
     "device written in place); refuses a file this library cannot read.",
-    2, 2, nullptr, runDecrypt };
+    2, 2, nullptr, runDecrypt, "coreqt decrypt notes.enc notes.txt" };
 
 const Command kInspectCommand = { "inspect", "FILE",
     "Shows the header of an enciphered file: version, minimum version, reserved bytes, seed, logical size "
     "and whether this library reads it.",
-    1, 1, nullptr, runInspect };
+    1, 1, nullptr, runInspect, "coreqt inspect notes.enc" };
 
 } // namespace tool

@@ -1,0 +1,90 @@
+// What a new user of CoreQt does first: schedule jobs on the job pool and wait for them, log
+// through the log front, catch and print an exception with its cause, and write and read back
+// an enciphered file.
+// Installed, the header is <CoreQt/CoreQt.h>; inside this source tree it is found as <CoreQt.h>.
+#include <CoreQt.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <atomic>
+
+namespace
+{
+
+// A job adds its id to a shared sum; the pool runs it on one of its worker threads.
+class SumJob : public ko::IRunnable
+{
+public:
+    explicit SumJob(std::atomic<int>& sum)
+        : mSum(sum)
+    {
+    }
+    void run(int jobId, QTime&) override { mSum += jobId; }
+
+private:
+    std::atomic<int>& mSum;
+};
+
+// Opening a file that is not there, reported as the library's exceptions report it: the file
+// error, with the operation that failed as its cause.
+void openMissing(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        const ko::FileException cause(file);
+        throw ko::IOException(QStringLiteral("loading the camera list failed"), &cause);
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    ko::LogQt::s_instance.setMessageLogLevel();
+    ko::LogQt::write(ko::Log::Message, QStringLiteral("CoreQt %1").arg(QLatin1String(ko::coreQtVersion())));
+
+    // Jobs: schedule, then wait for the last one and for all of them.
+    ko::komQtThreadPool* pool = ko::komQtThreadPool::globalInstance();
+    std::atomic<int> sum(0);
+    int expected = 0;
+    int last = -1;
+    for (int i = 0; i < 8; ++i) {
+        last = pool->schedule(kom::smart<ko::IRunnable>(new SumJob(sum)));
+        expected += last;
+    }
+    const bool lastDone = pool->waitForFinished(last, 5000);
+    const bool allDone = pool->waitForAllFinished(5000);
+    ko::LogLine(ko::Log::Message) << "8 jobs " << (lastDone && allDone ? "done" : "late") << ", sum of ids "
+                                  << sum.load();
+
+    // Exceptions: catch by reference to the base and print the whole chain.
+    try {
+        openMissing(QDir::temp().filePath(QStringLiteral("no-such-camera-list.txt")));
+    } catch (const ko::ExceptionQt& e) {
+        ko::LogLine(ko::Log::Warning) << e.toString().trimmed();
+    }
+
+    // An enciphered file: written through the device, unreadable as plain bytes, read back.
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("notes.enc"));
+    const QByteArray text("camera 7 moved to the hall");
+    {
+        ko::FileEncrypt out(path);
+        if (!out.open(QIODevice::WriteOnly))
+            return 1;
+        out.write(text);
+        out.close();
+    }
+    ko::FileEncrypt in(path);
+    if (!in.open(QIODevice::ReadOnly))
+        return 1;
+    const QByteArray back = in.readAll();
+    ko::LogLine(ko::Log::Message) << "seed " << in.seed() << ", read back: " << back;
+    in.close();
+
+    ko::komQtThreadPool::deleteGlobalInstance();
+    return lastDone && allDone && sum == expected && back == text ? 0 : 1;
+}
