@@ -111,11 +111,6 @@ template <class Visit> void fields(ConsoleDocument& document, Visit&& visit)
     visit("signalPools", document.signalPools);
 }
 
-QString levelKey(int level)
-{
-    return QString::fromLatin1(Log::levelName(Log::ELevel(level)));
-}
-
 struct Writer
 {
     QJsonObject& object;
@@ -146,7 +141,7 @@ struct Writer
     {
         QJsonObject counts;
         for (int level = 0; level < logLines.size(); ++level)
-            counts.insert(levelKey(level), double(logLines.at(level)));
+            counts.insert(logLevelName(level), double(logLines.at(level)));
         object.insert(QLatin1String(key), counts);
     }
     template <class T> void operator()(const char* key, const QVector<T>& list)
@@ -191,7 +186,7 @@ struct Reader
         const QJsonObject counts = value(key).toObject();
         logLines = QVector<quint64>(Log::LevelCount, 0);
         for (int level = 0; level < Log::LevelCount; ++level)
-            logLines[level] = quint64(integral(counts.value(levelKey(level)), 0, 0));
+            logLines[level] = quint64(integral(counts.value(logLevelName(level)), 0, 0));
     }
     template <class T> void operator()(const char* key, QVector<T>& list)
     {
@@ -207,6 +202,13 @@ struct Reader
 };
 
 } // namespace
+
+QString logLevelName(int level)
+{
+    static const char* const names[Log::LevelCount]
+        = { "Debug", "Message", "Warning", "Error", "FatalError" };
+    return level >= 0 && level < Log::LevelCount ? QLatin1String(names[level]) : QString();
+}
 
 QString lockBusyText(int lockWaitMs)
 {

@@ -1,7 +1,6 @@
 #include "ConsoleTable.h"
 
 #include "console/ConsoleDocument.h"
-#include "platform/core/Log.h"
 
 #include <QStringList>
 #include <QVector>
@@ -131,9 +130,7 @@ QString consoleTable(const ko::ConsoleDocument& document, bool highlight)
 {
     QStringList counts;
     for (int level = 0; level < document.logLines.size(); ++level)
-        counts << QStringLiteral("%1 %2")
-                      .arg(QLatin1String(ko::Log::levelName(ko::Log::ELevel(level))))
-                      .arg(document.logLines.at(level));
+        counts << QStringLiteral("%1 %2").arg(ko::logLevelName(level)).arg(document.logLines.at(level));
     QString text = QStringLiteral("Process %1, up %2; log lines: %3\n")
                        .arg(document.processId)
                        .arg(seconds(document.uptimeMs))
