@@ -3,6 +3,7 @@
 #include "log/LogQt.h"
 #include "threads/CaughtException_p.h"
 #include "threads/IRunnable.h"
+#include "threads/JobActivity_p.h"
 
 #include <QDateTime>
 #include <QMutex>
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <iterator>
 
 #include <pthread.h>
 
@@ -33,17 +35,24 @@ komQtWorkerThread::SchedulePriority masked(int priority)
 // the time zone file each time (a file system call unless TZ is set), which would cost more than
 // the job pool's own work per job. The offset from UTC is looked up at most once a second per
 // thread instead; a time zone or daylight saving change is seen within that second.
-QTime currentLocalTime()
+// @p monotonicNs, when given, receives the same instant on the monotonic clock of the job's running
+// time, from an offset between the two clocks that is looked up with the other: the job's start
+// costs no clock read of its own.
+QTime currentLocalTime(qint64* monotonicNs = nullptr)
 {
     thread_local qint64 offsetValidFrom = 0;
     thread_local qint64 offsetValidUntil = 0;
     thread_local qint64 offsetMsecs = 0;
+    thread_local qint64 monotonicOffsetNs = 0;
     const qint64 now = QDateTime::currentMSecsSinceEpoch();
     if (now < offsetValidFrom || now >= offsetValidUntil) {
         offsetMsecs = qint64(QDateTime::fromMSecsSinceEpoch(now).offsetFromUtc()) * 1000;
+        monotonicOffsetNs = monotonicNsecs() - now * 1000000;
         offsetValidFrom = now;
         offsetValidUntil = now + 1000;
     }
+    if (monotonicNs)
+        *monotonicNs = now * 1000000 + monotonicOffsetNs;
     return QTime::fromMSecsSinceStartOfDay(
         int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
 }
@@ -99,6 +108,8 @@ komQtWorkerThread::JobEntry::JobEntry(int id, const kom::smart<IRunnable>& job, 
     : jobId(id)
     , runnable(job)
     , priority(masked(prio))
+    , lifo((prio & komQtThreadPool::ScheduleLifo) != 0)
+    , queuedNs(monotonicNsecs())
 {
 }
 
@@ -108,6 +119,8 @@ void komQtWorkerThread::JobEntry::clear()
     runnable.reset();
     runnable.createGroup(nullptr, nullptr);
     priority = komQtThreadPool::ScheduleNormalPriority;
+    lifo = false;
+    queuedNs = 0;
 }
 
 komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
@@ -117,6 +130,7 @@ komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
     , mQueueMutex(new QMutex(QMutex::NonRecursive))
     , mJobTimer(new QTime)
     , mShutDown(false)
+    , mActivity(std::make_shared<WorkerActivity>(name))
 {
     setObjectName(name);
 }
@@ -138,6 +152,7 @@ komQtWorkerThread::~komQtWorkerThread()
     }
     mJobs.clear();
     mCurrent = JobEntry();
+    mActivity->end(); // also for a worker whose loop never ran
 }
 
 bool komQtWorkerThread::lessThanByFifoPriority(const JobEntry& a, const JobEntry& b)
@@ -274,7 +289,36 @@ bool komQtWorkerThread::isScheduledOrRunning(int jobId) const
 int komQtWorkerThread::workLoad() const
 {
     QMutexLocker queueLock(mQueueMutex.get());
+    return workLoad_locked();
+}
+
+int komQtWorkerThread::workLoad_locked() const
+{
     return mJobs.count() + (mCurrent.jobId >= 1 ? 1 : 0);
+}
+
+JobWorkerSnapshot komQtWorkerThread::snapshot() const
+{
+    JobWorkerSnapshot worker;
+    worker.name = mActivity->name();
+    QMutexLocker queueLock(mQueueMutex.get());
+    const qint64 now = monotonicNsecs();
+    if (mCurrent.jobId != -1) {
+        worker.runningJobId = mCurrent.jobId;
+        worker.runningPriority = mCurrent.priority;
+        // A job taken from the queue and not yet started has run for 0 ms.
+        RunningJob job;
+        if (mActivity->running(&job) && job.jobId == mCurrent.jobId)
+            describeRunning(&worker, job, now);
+    }
+    worker.queue.reserve(mJobs.count());
+    std::transform(
+        mJobs.cbegin(), mJobs.cend(), std::back_inserter(worker.queue), [now](const JobEntry& entry) {
+            return QueuedJobSnapshot { entry.jobId, int(entry.priority), entry.lifo,
+                msecsBetween(entry.queuedNs, now) };
+        });
+    worker.workLoad = workLoad_locked();
+    return worker;
 }
 
 void komQtWorkerThread::shutDown()
@@ -305,7 +349,9 @@ bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
 
 void komQtWorkerThread::runJob(const JobEntry& entry)
 {
-    *mJobTimer = currentLocalTime(); // as QTime::start() would set it
+    qint64 startNs = 0;
+    *mJobTimer = currentLocalTime(&startNs); // as QTime::start() would set it
+    mActivity->start(entry.jobId, entry.priority, startNs);
     Q_EMIT jobStarted(entry.jobId);
     try {
         entry.runnable->run(entry.jobId, *mJobTimer);
@@ -321,6 +367,7 @@ void komQtWorkerThread::runJob(const JobEntry& entry)
         QMutexLocker queueLock(mQueueMutex.get());
         mCurrent.clear();
     }
+    mActivity->finish();
     Q_EMIT jobFinished(entry.jobId, elapsed);
 }
 
@@ -352,6 +399,7 @@ void komQtWorkerThread::run()
         if (!stopping)
             mWaitCondition->wait(mWaitMutex.get());
     }
+    mActivity->end();
     LogLine(Log::Message) << objectName() << " finished.";
     deleteLater();
 }
