@@ -12,9 +12,11 @@ endfunction()
 
 # Creates one of the project's shared libraries: version 1.0.0, SOVERSION 1,
 # hidden visibility, a generated export header <export_header> (relative to the
-# generated include directory) with the macro <BASE_NAME>_EXPORT.
+# generated include directory) with the macro <BASE_NAME>_EXPORT. PLATFORM marks the
+# stand-ins, whose files go into install components of their own (Platform,
+# PlatformDevelopment) that every Qt variant of the library shares.
 function(coreqt_add_library target)
-    cmake_parse_arguments(ARG "" "BASE_NAME;EXPORT_HEADER" "SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "PLATFORM" "BASE_NAME;EXPORT_HEADER" "SOURCES" ${ARGN})
     add_library(${target} SHARED ${ARG_SOURCES})
     add_library(CoreQt::${target} ALIAS ${target})
     # Installed side by side, the libraries find one another wherever the tree is put.
@@ -32,19 +34,27 @@ function(coreqt_add_library target)
         "$<INSTALL_INTERFACE:${COREQT_INSTALL_INCLUDE_DIR}>"
         "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
     coreqt_target_defaults(${target})
+    set(runtime Runtime)
+    set(development Development)
+    if(ARG_PLATFORM)
+        set(runtime Platform)
+        set(development PlatformDevelopment)
+    endif()
     get_filename_component(export_dir "${ARG_EXPORT_HEADER}" DIRECTORY)
     install(FILES "${COREQT_GENERATED_INCLUDE_DIR}/${ARG_EXPORT_HEADER}"
-            DESTINATION "${COREQT_INSTALL_INCLUDE_DIR}/${export_dir}")
+            DESTINATION "${COREQT_INSTALL_INCLUDE_DIR}/${export_dir}" COMPONENT Development)
     install(TARGETS ${target} EXPORT CoreQtTargets
             LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+                COMPONENT ${runtime} NAMELINK_COMPONENT ${development}
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${development}
+            RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${runtime})
 endfunction()
 
 # Installs public headers under include/CoreQt/<destination>, keeping the
 # folder they live in.
 function(coreqt_install_headers destination)
-    install(FILES ${ARGN} DESTINATION "${COREQT_INSTALL_INCLUDE_DIR}/${destination}")
+    install(FILES ${ARGN} DESTINATION "${COREQT_INSTALL_INCLUDE_DIR}/${destination}"
+            COMPONENT Development)
 endfunction()
 
 # Adds one area of libCoreQt: its sources and headers go into the CoreQt
