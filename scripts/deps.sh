@@ -4,6 +4,7 @@ COREQT_PACKAGES=(
     g++ clang libclang-rt-14-dev cmake ninja-build pkg-config
     qtbase5-dev qttools5-dev-tools qttranslations5-l10n tzdata groff-base bash-completion doxygen graphviz
     libbenchmark-dev libspdlog-dev
+    dpkg-dev lintian file
 )
 
 coreqt_install_deps() {

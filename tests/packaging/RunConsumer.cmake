@@ -1,6 +1,12 @@
-# Script run by CTest: builds and runs consumers of the tree installed in PREFIX.
+# Builds and runs consumers of the tree installed in PREFIX, whose libraries are in PREFIX/LIBDIR
+# (default lib). Run by CTest on a `cmake --install` tree and by scripts/package.sh on the Debian
+# packages unpacked into a scratch root.
 file(REMOVE_RECURSE "${WORK_DIR}")
 set(prefix "${PREFIX}")
+if(NOT LIBDIR)
+    set(LIBDIR lib)
+endif()
+set(libdir "${prefix}/${LIBDIR}")
 
 function(run)
     execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
@@ -13,8 +19,8 @@ endfunction()
 # Libraries with their SONAME links.
 foreach(lib Core kom CoreQt CoreQtConsole)
     foreach(name lib${lib}.so lib${lib}.so.1 lib${lib}.so.1.0.0)
-        if(NOT EXISTS "${prefix}/lib/${name}")
-            message(FATAL_ERROR "missing ${prefix}/lib/${name}")
+        if(NOT EXISTS "${libdir}/${name}")
+            message(FATAL_ERROR "missing ${libdir}/${name}")
         endif()
     endforeach()
 endforeach()
@@ -53,13 +59,13 @@ if(NOT last_output MATCHES "console consumer ok")
 endif()
 
 # pkg-config
-set(ENV{PKG_CONFIG_PATH} "${prefix}/lib/pkgconfig")
+set(ENV{PKG_CONFIG_PATH} "${libdir}/pkgconfig")
 run(pkg-config --cflags --libs CoreQt)
 string(STRIP "${last_output}" pc_flags)
 separate_arguments(pc_flags UNIX_COMMAND "${pc_flags}")
 separate_arguments(extra UNIX_COMMAND "${flags}")
 run(${CXX} -std=c++17 -fPIC ${extra} "${CONSUMER_DIR}/main.cpp" -o "${WORK_DIR}/consumer-pc" ${pc_flags})
-set(ENV{LD_LIBRARY_PATH} "${prefix}/lib")
+set(ENV{LD_LIBRARY_PATH} "${libdir}")
 run("${WORK_DIR}/consumer-pc")
 if(NOT last_output MATCHES "consumer ok")
     message(FATAL_ERROR "unexpected pkg-config consumer output: ${last_output}")
