@@ -1,5 +1,6 @@
 #include "log/LogQt.h"
 
+#include "compat/QtCompat_p.h"
 #include "log/KomLogHandler.h"
 #include "log/LogWrite_p.h"
 #include "log/StreambufDevice.h"
@@ -113,22 +114,22 @@ void LogQt::setLogFile(const char* path, bool append)
 
 void LogQt::setLogFile(ELevel level, const QString& path, bool append)
 {
-    Log::setLogFile(level, path.toAscii().toStdString(), append);
+    Log::setLogFile(level, compat::toAscii(path).toStdString(), append);
 }
 
 void LogQt::setLogFile(const QString& path, bool append)
 {
-    Log::setLogFile(path.toAscii().toStdString(), append);
+    Log::setLogFile(compat::toAscii(path).toStdString(), append);
 }
 
 void LogQt::setStdOut(const QString& path, bool append, bool alsoStdErr)
 {
-    Log::setStdOut(path.toAscii().toStdString(), append, alsoStdErr);
+    Log::setStdOut(compat::toAscii(path).toStdString(), append, alsoStdErr);
 }
 
 void LogQt::setDefaultLogFile(const QString& path, bool append)
 {
-    Log::setDefaultLogFile(path.toAscii().toStdString(), append);
+    Log::setDefaultLogFile(compat::toAscii(path).toStdString(), append);
 }
 
 QTextStream* LogQt::getStream(ELevel level)
@@ -192,7 +193,7 @@ void LogQt::qtMsgHandler(QtMsgType type, const char* text)
 void LogQt::installQtHandler()
 {
     qDebug() << "Installing LogQt::qtMsgHandler...";
-    qInstallMsgHandler(&LogQt::qtMsgHandler);
+    compat::installMessageHandler(&LogQt::qtMsgHandler);
 }
 
 void LogQt::installKomHandler(kom::StatusMessageType verbosity)

@@ -1,6 +1,7 @@
 #ifndef KO_KOMQTSIGNALTHREADPOOL_H
 #define KO_KOMQTSIGNALTHREADPOOL_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 
 #include <QList>
@@ -10,8 +11,6 @@
 
 #include <atomic>
 #include <memory>
-
-class QMutex;
 
 namespace ko
 {
@@ -62,7 +61,7 @@ private:
     Q_DISABLE_COPY(komQtSignalWorkerThread)
     void syncLoad_locked();
 
-    std::unique_ptr<QMutex> mMutex;
+    std::unique_ptr<RecursionModeMutex> mMutex;
     QList<QPointer<QObject>> mAttached;
     std::atomic<int> mLoad; // mAttached.size(), readable from any thread
 };

@@ -44,11 +44,11 @@ template <class Query> bool anyOf(const QList<komQtWorkerThread*>& threads, Quer
 
 komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* parent)
     : QObject(parent)
-    , mLock(std::make_unique<komQtLock>(QMutex::Recursive))
+    , mLock(std::make_unique<komQtLock>(komQtLock::Recursive))
     , mMaxThreads(maxThreads)
 {
     setObjectName(name);
-    mIdleSince.start();
+    mIdleSince = QTime::currentTime();
     // Announced although the pool has no worker yet, before anyone can listen: kept as it is.
     Q_EMIT idle();
 }
@@ -216,7 +216,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
                 exitLoop(loop, jobId);
         }
         if (!wasIdle && !mIdleThreads.isEmpty()) {
-            mIdleSince.start();
+            mIdleSince = QTime::currentTime();
             Q_EMIT idle();
         }
     }
@@ -249,7 +249,7 @@ void komQtThreadPool::discardThread(komQtWorkerThread* thread)
     }
     // Discarding only shrinks the idle list, so this never fires; kept as the other slots have it.
     if (!wasIdle && isIdle()) {
-        mIdleSince.start();
+        mIdleSince = QTime::currentTime();
         Q_EMIT idle();
     }
 }

@@ -1,13 +1,12 @@
 #include "threads/komQtWorkerThread.h"
 
+#include "compat/QtCompat_p.h"
 #include "log/LogQt.h"
 #include "threads/CaughtException_p.h"
 #include "threads/IRunnable.h"
 
-#include <QDateTime>
 #include <QMutex>
 #include <QMutexLocker>
-#include <QTime>
 #include <QWaitCondition>
 
 #include <algorithm>
@@ -21,39 +20,9 @@ namespace ko
 namespace
 {
 
-constexpr int msecsPerDay = 86400000;
-
 komQtWorkerThread::SchedulePriority masked(int priority)
 {
     return komQtWorkerThread::SchedulePriority(priority & komQtThreadPool::SchedulePriorityMask);
-}
-
-// The local time of day, as QTime::currentTime() gives it, for a job timer started before every
-// job. QTime::currentTime() converts to local time on each call, and the C library then checks
-// the time zone file each time (a file system call unless TZ is set), which would cost more than
-// the job pool's own work per job. The offset from UTC is looked up at most once a second per
-// thread instead; a time zone or daylight saving change is seen within that second.
-QTime currentLocalTime()
-{
-    thread_local qint64 offsetValidFrom = 0;
-    thread_local qint64 offsetValidUntil = 0;
-    thread_local qint64 offsetMsecs = 0;
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    if (now < offsetValidFrom || now >= offsetValidUntil) {
-        offsetMsecs = qint64(QDateTime::fromMSecsSinceEpoch(now).offsetFromUtc()) * 1000;
-        offsetValidFrom = now;
-        offsetValidUntil = now + 1000;
-    }
-    return QTime::fromMSecsSinceStartOfDay(
-        int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
-}
-
-// What QTime::elapsed() gives for @p start (a start later in the day than now counts as one on the
-// day before), read against currentLocalTime().
-int elapsedSince(const QTime& start)
-{
-    const int msecs = start.msecsTo(currentLocalTime());
-    return msecs < 0 ? msecs + msecsPerDay : msecs;
 }
 
 // Gives the calling worker thread a job's priority with QThread::setPriority(), before every job.
@@ -113,9 +82,9 @@ void komQtWorkerThread::JobEntry::clear()
 komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
     : QThread(parent)
     , mWaitCondition(new QWaitCondition)
-    , mWaitMutex(new QMutex(QMutex::NonRecursive))
-    , mQueueMutex(new QMutex(QMutex::NonRecursive))
-    , mJobTimer(new QTime)
+    , mWaitMutex(new QMutex)
+    , mQueueMutex(new QMutex)
+    , mJobTimer(new JobTimer)
     , mShutDown(false)
 {
     setObjectName(name);
@@ -305,7 +274,7 @@ bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
 
 void komQtWorkerThread::runJob(const JobEntry& entry)
 {
-    *mJobTimer = currentLocalTime(); // as QTime::start() would set it
+    compat::startJobTimer(*mJobTimer);
     Q_EMIT jobStarted(entry.jobId);
     try {
         entry.runnable->run(entry.jobId, *mJobTimer);
@@ -314,7 +283,7 @@ void komQtWorkerThread::runJob(const JobEntry& entry)
         // its workers, and ends like any other job.
         logCaughtException(Log::Error, objectName());
     }
-    const int elapsed = elapsedSince(*mJobTimer); // the job may have restarted its timer
+    const int elapsed = compat::jobTimerElapsed(*mJobTimer); // the job may have restarted its timer
     {
         // Cleared before the end is announced, so that a caller woken by the end never sees the
         // job still running.
