@@ -2,7 +2,7 @@
 # when they are missing (Debian 12; run as root, or with sudo available).
 COREQT_PACKAGES=(
     g++ clang libclang-rt-14-dev cmake ninja-build pkg-config
-    qtbase5-dev qttools5-dev-tools qttranslations5-l10n tzdata
+    qtbase5-dev qttools5-dev-tools qttranslations5-l10n tzdata groff-base bash-completion doxygen graphviz
     libbenchmark-dev libspdlog-dev
 )
 

@@ -12,6 +12,8 @@
 #include <QDateTime>
 #include <QRegExp>
 #include <QStringList>
+#include <QTextCodec>
+#include <QTextStream>
 #include <QVariant>
 #include <QWaitCondition>
 
@@ -115,6 +117,18 @@ inline void installMessageHandler(MessageHandler handler)
     qInstallMsgHandler(handler);
 }
 
+/** Whether @p stream writes UTF-8: its codec's. */
+inline bool writesUtf8(const QTextStream& stream)
+{
+    return stream.codec() && stream.codec()->mibEnum() == 106;
+}
+
+/** Makes @p stream write Latin-1: its codec. */
+inline void writeLatin1(QTextStream& stream)
+{
+    stream.setCodec("ISO-8859-1");
+}
+
 #else
 
 /** Qt 5's QString::toAscii(): Latin-1. */
@@ -192,6 +206,18 @@ bool wait(QWaitCondition& condition, RecursionModeMutex* mutex);
  * as local 8-bit text; null puts Qt's default back.
  */
 void installMessageHandler(MessageHandler handler);
+
+/** Whether @p stream writes UTF-8: its encoding (Qt 5's codec). */
+inline bool writesUtf8(const QTextStream& stream)
+{
+    return stream.encoding() == QStringConverter::Utf8;
+}
+
+/** Makes @p stream write Latin-1: its encoding (Qt 5's codec). */
+inline void writeLatin1(QTextStream& stream)
+{
+    stream.setEncoding(QStringConverter::Latin1);
+}
 
 #endif
 

@@ -46,7 +46,9 @@ protected:
         object = nullptr;
     }
 
+    /** The owned object, or null. */
     T* object;
+    /** True when object was made with array-new and is deleted with array-delete. */
     bool isArray;
 
 private:

@@ -1,9 +1,33 @@
 #include "log/KomLogHandler.h"
 
-#include "log/LogWrite_p.h"
+#include "log/LogQt.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace ko
 {
+
+namespace
+{
+
+// The log level of each status message type; messages of any other type are not written.
+struct TypeLevel
+{
+    kom::StatusMessageType type;
+    Log::ELevel level;
+};
+
+const TypeLevel sTypeLevels[] = {
+    { kom::StatusTrace, Log::Message },
+    { kom::StatusDebug, Log::Message },
+    { kom::StatusInfo, Log::Message },
+    { kom::StatusWarning, Log::Warning },
+    { kom::StatusError, Log::Error },
+    { kom::StatusFatal, Log::FatalError },
+};
+
+} // namespace
 
 KomLogHandler* KomLogHandler::s_instance = nullptr;
 
@@ -16,26 +40,10 @@ KomLogHandler::~KomLogHandler() = default;
 
 void KomLogHandler::sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject*)
 {
-    Log::ELevel level;
-    switch (int(type)) {
-    case 40:
-    case 45:
-    case 50:
-        level = Log::Message;
-        break;
-    case 60:
-        level = Log::Warning;
-        break;
-    case 70:
-        level = Log::Error;
-        break;
-    case 80:
-        level = Log::FatalError;
-        break;
-    default:
-        return;
-    }
-    writeMarkedLine(Log::instance(), level, " kom> ", text.text());
+    const auto row = std::find_if(std::begin(sTypeLevels), std::end(sTypeLevels),
+        [type](const TypeLevel& r) { return r.type == type; });
+    if (row != std::end(sTypeLevels))
+        LogLine::writeMarked(row->level, " kom> ", text.text());
 }
 
 void KomLogHandler::setStatusMessageVerbosity(kom::StatusMessageType verbosity)

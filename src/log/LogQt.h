@@ -7,12 +7,15 @@
 #include "platform/core/Mutex.h"
 #include "platform/kom/komStatusMessage.h"
 
+#include <QString>
+#include <QStringView>
 #include <QTextStream>
 #include <QVector>
 
+#include <ios>
+#include <memory>
 #include <streambuf>
-
-class QString;
+#include <type_traits>
 
 namespace ko
 {
@@ -111,6 +114,10 @@ public:
     static void installKomHandler(kom::StatusMessageType verbosity);
 
 private:
+    friend class LogLine;
+    QTextStream* getStream_locked(int slot);
+    std::streambuf* directTarget_locked(int slot);
+
     Log* log;
     QVector<TStreambufDevice<std::streambuf>*> devices;
     QVector<QTextStream*> streams;
@@ -118,11 +125,16 @@ private:
 
 /**
  * One log line in the library's logging idiom: the constructor locks the log
- * mutex, and when the level's stream exists and the threshold allows, saves the
- * stream's number flags and writes the prefix; values streamed in follow; the
- * destructor ends the line (flushing it), restores the flags and unlocks.
+ * mutex, and when the level's stream exists and the threshold allows, writes the
+ * prefix; values streamed in follow, formatted as the level's text stream formats
+ * them; the destructor ends the line (flushing it), keeps the stream's number
+ * flags and unlocks.
  *
  *     ko::LogLine(ko::Log::Warning) << "Unexpected return code " << code;
+ *
+ * Texts and integers go straight to the level's stream buffer as long as the text
+ * stream is in a state that would pass them on unchanged; anything else, and all
+ * that follows it on the line, goes through the text stream itself.
  */
 class COREQT_EXPORT LogLine
 {
@@ -135,22 +147,92 @@ public:
     LogLine(const LogLine&) = delete;
     LogLine& operator=(const LogLine&) = delete;
 
+    /**
+     * Writes one whole line from another source, marked with @p marker (" Qt> ", " kom> "), straight
+     * onto ko::Log::instance()'s std::ostream of @p level, keeping that stream's format flags. A null
+     * @p text sets the stream's bad bit, as writing a null character pointer does.
+     */
+    static void writeMarked(Log::ELevel level, const char* marker, const char* text);
+
     /** True when the line is written (a stream exists and the threshold allows the level). */
     bool isActive() const { return mStream != nullptr; }
     /** Appends @p value with QTextStream's formatting; does nothing for an inactive line. */
     template <class T>
     LogLine& operator<<(const T& value)
     {
-        if (mStream)
-            *mStream << value;
+        if (mStream && !(mTarget && appendDirect(value))) {
+            leaveDirect();
+            using Plain = std::decay_t<T>;
+            if constexpr (std::is_same_v<T, QString> || std::is_same_v<T, QStringView>) {
+                writeUtf16(value);
+            } else if constexpr (std::is_same_v<T, QChar>) {
+                writeUtf16(QStringView(&value, 1));
+            } else {
+                writePendingSurrogate();
+                // Character pointers are Latin-1, as Qt 5's text stream reads them (Qt 6's reads UTF-8).
+                if constexpr (std::is_same_v<Plain, const char*> || std::is_same_v<Plain, char*>)
+                    *mStream << QLatin1String(value);
+                else
+                    *mStream << value;
+            }
+        }
         return *this;
     }
 
 private:
+    LogLine(Log::ELevel level, const char* marker);
+
+    // Appends a value the text stream would pass on unchanged; false for any other.
+    template <class T>
+    bool appendDirect(const T& value)
+    {
+        using Plain = std::decay_t<T>;
+        if constexpr (std::is_same_v<Plain, const char*> || std::is_same_v<Plain, char*>)
+            return appendCString(value);
+        else if constexpr (std::is_same_v<T, char>)
+            return appendLatin1(&value, 1);
+        else if constexpr (std::is_same_v<T, QLatin1String>)
+            return appendLatin1(value.data(), value.size());
+        else if constexpr (std::is_same_v<T, QString>)
+            return appendUtf16(value.constData(), value.size());
+        else if constexpr (std::is_same_v<T, QStringView>)
+            return appendUtf16(value.data(), value.size());
+        else if constexpr (std::is_same_v<T, QChar>)
+            return appendUtf16(&value, 1);
+        else if constexpr (std::is_same_v<T, short> || std::is_same_v<T, int> || std::is_same_v<T, long>
+            || std::is_same_v<T, long long>)
+            return appendInteger(value < 0 ? 0 - qulonglong(value) : qulonglong(value), value < 0);
+        else if constexpr (std::is_same_v<T, unsigned short> || std::is_same_v<T, unsigned>
+            || std::is_same_v<T, unsigned long> || std::is_same_v<T, unsigned long long>)
+            return appendInteger(qulonglong(value), false);
+        else
+            return false;
+    }
+
+    char* room(qsizetype size);
+    bool appendCString(const char* text);
+    bool appendLatin1(const char* text, qsizetype size);
+    bool appendUtf16(const QChar* text, qsizetype size);
+    bool appendInteger(qulonglong magnitude, bool negative);
+    void leaveDirect();
+    void writeUtf16(QStringView text);
+    void writePendingSurrogate();
+
     MutexLocker mLocker;
-    QTextStream* mStream;
-    QTextStream::NumberFlags mFlags;
-    int mSlot;
+    QTextStream* mStream = nullptr; // the level's text stream; null for an inactive or a marked line
+    std::streambuf* mTarget = nullptr; // where mBytes go; null once the line goes through mStream
+    std::ostream* mMarkedStream = nullptr; // the stream of a marked line
+    int mSlot = 0; // the level's slot; a level outside the enumeration is not kept as one
+    QTextStream::NumberFlags mNumberFlags;
+    std::ios_base::fmtflags mFormatFlags = {};
+    signed char mPlainNumbers = -1; // whether the text stream writes integers as plain digits; -1 unknown
+    // The line's text in UTF-8 while it goes straight to mTarget: in mInline, or on the heap when longer.
+    char* mBytes = mInline;
+    qsizetype mSize = 0;
+    qsizetype mCapacity = sizeof mInline;
+    std::unique_ptr<char[]> mHeap;
+    char mInline[480];
+    QChar mPendingHigh; // a high surrogate that ended the last text, held back for its low one; or null
 };
 
 } // namespace ko

@@ -47,7 +47,15 @@ public:
     qint64 bytesAvailable() const override;
 
 protected:
+    /**
+     * Syncs the buffer, then reads up to @p maxSize characters from it; the wide variant takes
+     * @p maxSize as a count of wide characters, unchanged.
+     */
     qint64 readData(char* data, qint64 maxSize) override;
+    /**
+     * Writes to the write buffer (or the buffer) and syncs it. The wide variant writes @p size / 2
+     * wide characters and returns that character count, not a byte count.
+     */
     qint64 writeData(const char* data, qint64 size) override;
 
 private:
@@ -55,6 +63,7 @@ private:
     Streambuf* mWriteStreambuf;
 };
 
+/// @cond internal
 template <>
 COREQT_EXPORT qint64 TStreambufDevice<std::streambuf>::bytesAvailable() const;
 template <>
@@ -67,6 +76,7 @@ template <>
 COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::readData(char* data, qint64 maxSize);
 template <>
 COREQT_EXPORT qint64 TStreambufDevice<std::wstreambuf>::writeData(const char* data, qint64 size);
+/// @endcond
 
 } // namespace ko
 

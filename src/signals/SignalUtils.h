@@ -139,6 +139,7 @@ public:
     const QList<QPair<SignalConnection, bool>>& record() const { return connections; }
 
 protected:
+    /** Each connection with its undo flag, in call order; see the derived classes for the flag. */
     QList<QPair<SignalConnection, bool>> connections;
 
 private:

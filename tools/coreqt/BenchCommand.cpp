@@ -113,6 +113,6 @@ QList<QCommandLineOption> benchOptions()
 const Command kBenchCommand = { "bench", "jobs",
     "Runs N jobs on the library's job pool and on QThreadPool, each with T threads, and prints the jobs "
     "per second of both and their ratio.",
-    1, 1, benchOptions, runBench };
+    1, 1, benchOptions, runBench, "coreqt bench jobs --jobs 20000 --threads 4" };
 
 } // namespace tool

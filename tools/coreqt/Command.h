@@ -49,6 +49,8 @@ struct Command
     QList<QCommandLineOption> (*options)();
     /** Runs the subcommand; returns the exit status, throws a ko::ExceptionQt for bad input. */
     int (*run)(const Invocation& invocation);
+    /** One typical command line, shown by the command's help and the manual page. */
+    const char* example = nullptr;
 };
 
 } // namespace tool

@@ -272,9 +272,10 @@ const Command kVocabCommand = { "vocab", "[TABLE]",
     "table, key, value, display text. Tables: camEye, streamMode, nightImprovement, whiteBalance, "
     "noiseSuppression, darkNoiseSuppression, contrastMode, streamCodec, microphoneTarget, microSensitivity, "
     "exposurePreset, displayMode, resolution.",
-    0, 1, vocabOptions, runVocab };
+    0, 1, vocabOptions, runVocab, "coreqt vocab whiteBalance" };
 
 const Command kFpsCommand = { "fps", "VALUE",
-    "Renders a frame rate given in hundredths of a frame per second (0: Maximum).", 1, 1, nullptr, runFps };
+    "Renders a frame rate given in hundredths of a frame per second (0: Maximum).", 1, 1, nullptr, runFps,
+    "coreqt fps 1250" };
 
 } // namespace tool

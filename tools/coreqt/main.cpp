@@ -55,7 +55,11 @@ QString overview()
         "Without a command, runs the tour (demo).\n\nCommands:");
     for (const Command* command : kCommands)
         text += QStringLiteral("\n  ") + usage(*command);
-    return text + QStringLiteral("\n\nSee coreqt COMMAND --help for a command's options.");
+    return text
+        + QStringLiteral("\n\nSee coreqt COMMAND --help for a command's options.\n\n"
+                         "Exit status: 0 on success; 2 on any error, with one line on standard error and "
+                         "nothing on standard output; 128+N when signal N ends encrypt or decrypt, which "
+                         "leave nothing partial behind.");
 }
 
 int fail(const QString& command, const QString& message)
@@ -207,7 +211,10 @@ int run(const QStringList& arguments)
     if (command && !parsed)
         return fail(name, parser.errorText());
     if (parser.isSet(global.help) || parser.isSet(QStringLiteral("help-all"))) {
-        printLine(parser.helpText().trimmed());
+        QString help = parser.helpText().trimmed();
+        if (command && command->example && !name.isEmpty())
+            help += QStringLiteral("\n\nExample:\n  ") + QLatin1String(command->example);
+        printLine(help);
         return 0;
     }
     if (parser.isSet(global.version)) {
