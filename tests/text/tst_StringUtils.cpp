@@ -46,8 +46,8 @@ QFlags<Qt::AlignmentFlag> alignment(int bits)
     return QFlags<Qt::AlignmentFlag>(Qt::AlignmentFlag(bits));
 }
 
-// An enumeration known to Qt only by Q_DECLARE_METATYPE.
-enum Plain { PlainValue = 1 };
+// An enumeration known to Qt only by Q_DECLARE_METATYPE; every int is one of its values.
+enum Plain : int { PlainValue = 1 };
 
 // Serialised bytes written field by field, for values that Qt itself would never write.
 template <class... Fields> QString base64Of(const Fields&... fields)
