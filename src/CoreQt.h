@@ -68,6 +68,8 @@
 #include "text/StringUtils.h"
 #include "threads/IInterface.h"
 #include "threads/IRunnable.h"
+#include "threads/PoolRegistry.h"
+#include "threads/PoolSnapshot.h"
 #include "threads/komQtSignalThreadPool.h"
 #include "threads/komQtThreadPool.h"
 #include "threads/komQtWorkerThread.h"

@@ -2,6 +2,8 @@
 // ko::RecursionModeMutex.
 #include "compat/QtCompat_p.h"
 
+#include "threads/JobActivity_p.h"
+
 #include <QBitArray>
 #include <QCborValue>
 #include <QJsonDocument>
@@ -114,9 +116,10 @@ bool textToEnumeration(QVariant& value, QMetaType type)
 
 } // namespace
 
-void startJobTimer(JobTimer& timer)
+qint64 startJobTimer(JobTimer& timer)
 {
     timer.start();
+    return monotonicNsecs();
 }
 
 int jobTimerElapsed(const JobTimer& timer)

@@ -32,8 +32,11 @@ inline QStringList split(const QString& text, const QString& separator, SplitBeh
     return text.split(separator, behavior);
 }
 
-/** Starts the timer handed to a job (QTime::start() on Qt 5). */
-void startJobTimer(JobTimer& timer);
+/**
+ * Starts the timer handed to a job (QTime::start() on Qt 5); returns the same instant on the job
+ * pool's monotonic clock (monotonicNsecs()).
+ */
+qint64 startJobTimer(JobTimer& timer);
 /** The milliseconds a job's timer has run (QTime::elapsed() on Qt 5). */
 int jobTimerElapsed(const JobTimer& timer);
 

@@ -299,7 +299,8 @@ qint64 FileEncrypt::readLineData(char* data, qint64 maxSize)
     qint64 n = 0;
     while (n < maxSize) {
         const qint64 r = QFile::readData(data + n, 1);
-        if (r < 0 && n == 0)
+        // Nothing to read, at the end as on an error, gives -1 like QFile's own line reader.
+        if (r <= 0 && n == 0)
             return -1;
         if (r <= 0 || data[n++] == '\n')
             break;

@@ -98,7 +98,8 @@ bool readableWithin(QDataStream& s, int levels)
     quint32 type = 0;
     qint8 isNull = 0;
     s >> type >> isNull;
-    if (type == compat::kStreamUserType) {
+    // Qt 6 reads a type name after either marker: Qt 5's, and its own QMetaType::User.
+    if (type == compat::kStreamUserType || type == quint32(QMetaType::User)) {
         QByteArray name;
         s >> name;
         type = quint32(compat::typeId(name.constData()));

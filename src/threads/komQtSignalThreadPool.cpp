@@ -4,12 +4,14 @@
 #include "log/LogQt.h"
 #include "signals/SignalUtils.h"
 #include "threads/CaughtException_p.h"
+#include "threads/PoolRegistry.h"
 
 #include <QAbstractEventDispatcher>
 #include <QMutex>
 #include <QMutexLocker>
 
 #include <algorithm>
+#include <mutex>
 
 namespace ko
 {
@@ -30,10 +32,20 @@ bool refusedNull(const QObject* object, const QObject* to)
 
 } // namespace
 
+// The class and object name of each attached entry, in the order of mAttached, for snapshots in
+// other threads: those never look at the objects, which live and die in other threads. A lock of
+// its own, as the worker's mutex goes when the thread body ends.
+struct komQtSignalWorkerThread::AttachedNames
+{
+    QMutex mutex;
+    QVector<AttachedObjectSnapshot> entries;
+};
+
 komQtSignalWorkerThread::komQtSignalWorkerThread(const QString& name, QObject* parent)
     : QThread(parent)
     , mMutex(std::make_unique<RecursionModeMutex>(RecursionModeMutex::Recursive))
     , mLoad(0)
+    , mNames(std::make_unique<AttachedNames>())
 {
     setObjectName(name);
 }
@@ -47,14 +59,31 @@ void komQtSignalWorkerThread::syncLoad_locked()
     mLoad.store(mAttached.size(), std::memory_order_relaxed);
 }
 
+void komQtSignalWorkerThread::removeAt_locked(int index)
+{
+    mAttached.removeAt(index);
+    {
+        QMutexLocker names(&mNames->mutex);
+        mNames->entries.removeAt(index);
+    }
+    syncLoad_locked();
+}
+
 void komQtSignalWorkerThread::attach(QObject* object)
 {
     // A null object is outside the contract: nothing to move or to watch.
     if (refusedNull(object, this))
         return;
     QMutexLocker lock(mMutex.get());
+    // Read here, in the object's own thread, before it moves.
+    const AttachedObjectSnapshot names { QString::fromLatin1(object->metaObject()->className()),
+        object->objectName() };
     object->moveToThread(this);
     mAttached.append(QPointer<QObject>(object));
+    {
+        QMutexLocker namesLock(&mNames->mutex);
+        mNames->entries.append(names);
+    }
     syncLoad_locked();
     ko::connect(
         object, SIGNAL(destroyed(QObject*)), this, SLOT(attachedDestroyed(QObject*)), Qt::AutoConnection);
@@ -74,8 +103,7 @@ void komQtSignalWorkerThread::detach(int index, QThread* target)
     QPointer<QObject> object;
     if (index >= 0 && index < mAttached.size()) {
         object = mAttached.at(index);
-        mAttached.removeAt(index);
-        syncLoad_locked();
+        removeAt_locked(index);
     }
     if (!object)
         return;
@@ -91,10 +119,11 @@ void komQtSignalWorkerThread::detach(int index, QThread* target)
                                   << object->objectName() << ". event processing will stop.";
         }
     }
-    mAttached.erase(std::remove_if(mAttached.begin(), mAttached.end(),
-                        [address](const QPointer<QObject>& entry) { return entry.data() == address; }),
-        mAttached.end());
-    syncLoad_locked();
+    // One entry at a time, from the back, so that the names stay in step.
+    for (int i = mAttached.size() - 1; i >= 0; --i) {
+        if (mAttached.at(i).data() == address)
+            removeAt_locked(i);
+    }
 }
 
 int komQtSignalWorkerThread::indexOf(QObject* object) const
@@ -117,10 +146,18 @@ void komQtSignalWorkerThread::attachedDestroyed(QObject* object)
     // Qt clears the guarded pointer before destroyed() arrives, so this rarely finds
     // the entry: a destroyed object stays as a null entry and keeps counting. Kept so.
     const int index = indexOf(object);
-    if (index >= 0 && index < mAttached.size()) {
-        mAttached.removeAt(index);
-        syncLoad_locked();
-    }
+    if (index >= 0 && index < mAttached.size())
+        removeAt_locked(index);
+}
+
+SignalWorkerSnapshot komQtSignalWorkerThread::snapshot() const
+{
+    SignalWorkerSnapshot worker;
+    worker.name = objectName();
+    QMutexLocker names(&mNames->mutex);
+    worker.attached = mNames->entries;
+    worker.load = worker.attached.size();
+    return worker;
 }
 
 void komQtSignalWorkerThread::run()
@@ -144,14 +181,17 @@ komQtSignalThreadPool::komQtSignalThreadPool(const QString& name, int maxThreads
     : QObject(parent)
     , mPriority(QThread::NormalPriority)
     , mMaxThreads(maxThreads)
+    , mThreadsMutex(std::make_unique<QMutex>())
 {
     setObjectName(name);
 }
 
 komQtSignalThreadPool::~komQtSignalThreadPool()
 {
+    PoolRegistry::remove(this); // before anything goes: a snapshot may be under way
     if (gSignalPool == this)
         gSignalPool = nullptr;
+    QMutexLocker lock(mThreadsMutex.get());
     while (!mThreads.isEmpty())
         discardThread(mThreads.takeLast());
 }
@@ -161,6 +201,7 @@ komQtSignalThreadPool* komQtSignalThreadPool::globalInstance()
     if (!gSignalPool) {
         gSignalPool = new komQtSignalThreadPool(QStringLiteral("SignalThreadPool"), 4, nullptr);
         gSignalPool->setPriority(QThread::LowPriority);
+        PoolRegistry::add(gSignalPool);
     }
     return gSignalPool;
 }
@@ -175,6 +216,7 @@ bool komQtSignalThreadPool::deleteGlobalInstance()
 
 void komQtSignalThreadPool::setMaxThreads(int maxThreads)
 {
+    QMutexLocker lock(mThreadsMutex.get());
     mMaxThreads = maxThreads;
 }
 
@@ -182,6 +224,7 @@ void komQtSignalThreadPool::setPriority(QThread::Priority priority)
 {
     if (priority == mPriority)
         return;
+    QMutexLocker lock(mThreadsMutex.get());
     mPriority = priority;
     for (komQtSignalWorkerThread* thread : qAsConst(mThreads))
         thread->setPriority(priority);
@@ -189,6 +232,7 @@ void komQtSignalThreadPool::setPriority(QThread::Priority priority)
 
 komQtSignalWorkerThread* komQtSignalThreadPool::allocateThread()
 {
+    QMutexLocker lock(mThreadsMutex.get());
     // Workers that have stopped are discarded and erased, in list order.
     mThreads.erase(std::remove_if(mThreads.begin(), mThreads.end(),
                        [this](komQtSignalWorkerThread* thread) {
@@ -243,6 +287,24 @@ void komQtSignalThreadPool::discardThread(komQtSignalWorkerThread* thread)
         return;
     }
     delete thread;
+}
+
+SignalPoolSnapshot komQtSignalThreadPool::snapshot(int lockTimeoutMs) const
+{
+    SignalPoolSnapshot snapshot;
+    snapshot.name = objectName();
+    if (!mThreadsMutex->tryLock(lockTimeoutMs)) {
+        snapshot.lockBusy = true;
+        snapshot.lockWaitMs = lockTimeoutMs;
+        return snapshot;
+    }
+    std::unique_lock<QMutex> lock(*mThreadsMutex, std::adopt_lock);
+    snapshot.maxThreads = mMaxThreads;
+    snapshot.priority = mPriority;
+    snapshot.workers.reserve(mThreads.size());
+    for (const komQtSignalWorkerThread* thread : mThreads)
+        snapshot.workers.append(thread->snapshot());
+    return snapshot;
 }
 
 } // namespace ko

@@ -3,6 +3,7 @@
 
 #include "compat/QtCompat.h"
 #include "coreqt_export.h"
+#include "threads/PoolSnapshot.h"
 
 #include <QList>
 #include <QObject>
@@ -20,7 +21,9 @@ namespace ko
  * live in the thread, so their slots, timers and queued events run there.
  *
  * Its recursive mutex guards the list of attached objects; it is deleted when
- * the thread body ends, after which the operations run without a lock.
+ * the thread body ends, after which the operations run without a lock. The
+ * class and object names of the attached objects are kept beside the list,
+ * under a lock of their own, for snapshots taken in any thread.
  */
 class COREQT_EXPORT komQtSignalWorkerThread : public QThread
 {
@@ -48,6 +51,11 @@ public:
     int indexOf(QObject* object) const;
     /** Number of attached entries, destroyed objects included; read without a lock. */
     int load() const;
+    /**
+     * Its name and attached entries, each with its class and the object name it had when it
+     * was attached; safe from any thread, as it does not look at the objects.
+     */
+    SignalWorkerSnapshot snapshot() const;
 
 protected Q_SLOTS:
     /** Connected to each attached object's destroyed(QObject*). */
@@ -59,16 +67,21 @@ protected:
 
 private:
     Q_DISABLE_COPY(komQtSignalWorkerThread)
+    struct AttachedNames;
+
     void syncLoad_locked();
+    void removeAt_locked(int index);
 
     std::unique_ptr<RecursionModeMutex> mMutex;
     QList<QPointer<QObject>> mAttached;
     std::atomic<int> mLoad; // mAttached.size(), readable from any thread
+    std::unique_ptr<AttachedNames> mNames; // in step with mAttached
 };
 
 /**
  * A pool of event-loop threads to which objects are attached so that their work
- * runs off the caller's thread. Used from the thread that owns the pool.
+ * runs off the caller's thread. Used from the thread that owns the pool; only
+ * snapshot() may be called from any thread (a lock guards the worker list for it).
  */
 class COREQT_EXPORT komQtSignalThreadPool : public QObject
 {
@@ -105,11 +118,19 @@ public:
     /** Ends one worker's event loop, waits up to 2000 ms and deletes it; the list is the caller's business. */
     void discardThread(komQtSignalWorkerThread* thread);
 
+    /**
+     * The pool at this moment, from any thread: its workers with their attached objects. Waits at
+     * most @p lockTimeoutMs for the worker list (held while a worker is created or discarded);
+     * when it is not had by then, the result is marked lockBusy.
+     */
+    SignalPoolSnapshot snapshot(int lockTimeoutMs) const;
+
 private:
     Q_DISABLE_COPY(komQtSignalThreadPool)
     QThread::Priority mPriority;
     QList<komQtSignalWorkerThread*> mThreads;
     int mMaxThreads;
+    std::unique_ptr<QMutex> mThreadsMutex; // guards the members above against snapshot()
 };
 
 } // namespace ko

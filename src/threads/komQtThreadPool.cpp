@@ -4,6 +4,8 @@
 #include "log/LogQt.h"
 #include "signals/SignalUtils.h"
 #include "threads/IRunnable.h"
+#include "threads/JobActivity_p.h"
+#include "threads/PoolRegistry.h"
 #include "threads/komQtWorkerThread.h"
 
 #include <QEventLoop>
@@ -12,6 +14,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <mutex>
 
 namespace ko
 {
@@ -46,6 +49,7 @@ komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* p
     : QObject(parent)
     , mLock(std::make_unique<komQtLock>(komQtLock::Recursive))
     , mMaxThreads(maxThreads)
+    , mActivity(std::make_unique<JobPoolActivity>(name, maxThreads))
 {
     setObjectName(name);
     mIdleSince = QTime::currentTime();
@@ -55,6 +59,7 @@ komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* p
 
 komQtThreadPool::~komQtThreadPool()
 {
+    PoolRegistry::remove(this); // before anything goes: a snapshot may be under way
     {
         QMutexLocker locker(mLock.get());
         komQtThreadPool* self = this;
@@ -77,8 +82,10 @@ komQtThreadPool* komQtThreadPool::globalInstance()
     if (instance)
         return instance;
     auto* created = new komQtThreadPool(QStringLiteral("ThreadPool"), QThread::idealThreadCount(), nullptr);
-    if (gInstance.compare_exchange_strong(instance, created))
+    if (gInstance.compare_exchange_strong(instance, created)) {
+        PoolRegistry::add(created);
         return created;
+    }
     delete created; // another thread was first
     return instance;
 }
@@ -119,6 +126,7 @@ int komQtThreadPool::schedule(kom::smart<IRunnable> job, SchedulePriority priori
         return jobId;
     }
     thread->schedule(jobId, job, priority);
+    mActivity->scheduled.fetch_add(1, std::memory_order_relaxed);
     return jobId;
 }
 
@@ -152,6 +160,7 @@ komQtWorkerThread* komQtThreadPool::allocateIdleThread()
         // Qt 5 has no terminated() signal to connect.
         ko::connect(thread, SIGNAL(finished()), this, SLOT(discardThread()), Qt::AutoConnection);
         ko::connect(thread, SIGNAL(destroyed()), this, SLOT(discardThread()), Qt::AutoConnection);
+        mActivity->addWorker(thread->mActivity);
         LogLine(Log::Message) << "QtThreadPool: count worker threads: " << count + 1;
     } else {
         thread = mIdleThreads.takeLast();
@@ -258,6 +267,7 @@ void komQtThreadPool::setMaxThreads(int maxThreads)
 {
     QMutexLocker locker(mLock.get());
     mMaxThreads = maxThreads;
+    mActivity->maxThreads.store(maxThreads, std::memory_order_relaxed);
     while (countThreads() > mMaxThreads && !mIdleThreads.isEmpty())
         discardThread(mIdleThreads.last());
 }
@@ -265,8 +275,11 @@ void komQtThreadPool::setMaxThreads(int maxThreads)
 bool komQtThreadPool::changePriority(int jobId, SchedulePriority priority)
 {
     QMutexLocker locker(mLock.get());
-    return anyOf(
+    const bool moved = anyOf(
         mBusyThreads, [=](komQtWorkerThread* thread) { return thread->changePriority(jobId, priority); });
+    if (moved)
+        mActivity->reprioritised.fetch_add(1, std::memory_order_relaxed);
+    return moved;
 }
 
 void komQtThreadPool::requestAbort(QSet<int>& jobIds)
@@ -276,10 +289,14 @@ void komQtThreadPool::requestAbort(QSet<int>& jobIds)
         // An id leaves the set at the first worker that does not hold it, before later workers
         // see it: callers rely on this rule as it stands.
         for (auto it = jobIds.begin(); it != jobIds.end();) {
-            if (!thread->isScheduledOrRunning(*it) || thread->requestAbort(*it))
+            if (!thread->isScheduledOrRunning(*it)) {
                 it = jobIds.erase(it);
-            else
+            } else if (thread->requestAbort(*it)) {
+                mActivity->abortedWhileQueued.fetch_add(1, std::memory_order_relaxed);
+                it = jobIds.erase(it);
+            } else {
                 ++it;
+            }
         }
     }
 }
@@ -411,6 +428,56 @@ bool komQtThreadPool::waitForAllFinished(long timeout)
 
     mEventLoops.remove(0, &loop);
     return result;
+}
+
+JobPoolSnapshot komQtThreadPool::snapshot() const
+{
+    QMutexLocker locker(mLock.get());
+    return snapshot_locked();
+}
+
+JobPoolSnapshot komQtThreadPool::snapshot(int lockTimeoutMs) const
+{
+    if (!mLock->tryLock(lockTimeoutMs))
+        return mActivity->snapshotWithoutLock(lockTimeoutMs);
+    std::unique_lock<QMutex> locker(*mLock, std::adopt_lock);
+    return snapshot_locked();
+}
+
+JobPoolSnapshot komQtThreadPool::snapshot_locked() const
+{
+    JobPoolSnapshot snapshot;
+    mActivity->describe(&snapshot);
+    snapshot.idle = !mIdleThreads.isEmpty();
+    if (snapshot.idle && mIdleSince.isValid()) {
+        // Milliseconds since the time of day the pool went idle, over midnight as QTime::elapsed() counts.
+        const int msecsPerDay = 86400000;
+        snapshot.idleSinceMs = (mIdleSince.msecsTo(QTime::currentTime()) + msecsPerDay) % msecsPerDay;
+    } else {
+        snapshot.idleSinceMs = -1;
+    }
+    for (const QList<komQtWorkerThread*>* list : { &mIdleThreads, &mBusyThreads }) {
+        for (const komQtWorkerThread* thread : *list) {
+            snapshot.workers.append(thread->snapshot());
+            snapshot.workers.last().busy = list == &mBusyThreads;
+        }
+    }
+    // In the order of their numbers, whichever list they are in, so that rows stay in place.
+    std::stable_sort(snapshot.workers.begin(), snapshot.workers.end(),
+        [](const JobWorkerSnapshot& a, const JobWorkerSnapshot& b) {
+            return a.name.size() != b.name.size() ? a.name.size() < b.name.size() : a.name < b.name;
+        });
+    return snapshot;
+}
+
+void komQtThreadPool::setStallThreshold(int ms)
+{
+    mActivity->setStallThreshold(ms);
+}
+
+int komQtThreadPool::stallThreshold() const
+{
+    return mActivity->stallThreshold();
 }
 
 } // namespace ko

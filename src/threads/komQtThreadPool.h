@@ -3,6 +3,7 @@
 
 #include "coreqt_export.h"
 #include "platform/kom/komSmart.h"
+#include "threads/PoolSnapshot.h"
 
 #include <QList>
 #include <QMultiMap>
@@ -21,6 +22,7 @@ namespace ko
 {
 
 class IRunnable;
+class JobPoolActivity;
 class komQtWorkerThread;
 
 /**
@@ -30,6 +32,8 @@ class komQtWorkerThread;
  *
  * The pool lock is taken before any worker's queue lock, never the other way.
  * The pool's slots run in the pool's thread, which needs an event loop.
+ * What the workers run, and the pool's counts, are also published without the
+ * pool lock, for snapshots of a pool whose lock is held and for the stall watchdog.
  */
 class COREQT_EXPORT komQtThreadPool : public QObject
 {
@@ -127,6 +131,28 @@ public:
      */
     bool waitForAllFinished(long timeout = -1);
 
+    /**
+     * The pool at this moment: its workers with their running job and queue, and its totals,
+     * read under the pool lock and each worker's queue lock, so that they fit together.
+     */
+    JobPoolSnapshot snapshot() const;
+    /**
+     * As snapshot(), waiting at most @p lockTimeoutMs for the pool lock. When the lock is not
+     * had by then, the result is marked lockBusy and holds what the workers publish without
+     * it: which job each one runs, since when, and the totals.
+     */
+    JobPoolSnapshot snapshot(int lockTimeoutMs) const;
+
+    /**
+     * Watches for jobs that run longer than @p ms (0, the default, switches the watchdog off).
+     * From a thread of its own it logs one warning per such job, "job 17 on Pool-Thread-2 has
+     * been running for 5.0 s", and the job's end writes one message, "job 17 on Pool-Thread-2
+     * finished after 7.3 s". Nothing else is logged, and nothing changes while it is off.
+     */
+    void setStallThreshold(int ms);
+    /** The stall watchdog's threshold in milliseconds; 0 while it is off. */
+    int stallThreshold() const;
+
 Q_SIGNALS:
     /** A job started on a worker. */
     void jobStarted(int jobId);
@@ -171,6 +197,9 @@ protected:
 
 private:
     komQtWorkerThread* workerFromSender() const;
+    JobPoolSnapshot snapshot_locked() const;
+
+    std::unique_ptr<JobPoolActivity> mActivity; // read without the lock
 };
 
 /** Combines a priority with ScheduleLifo. */

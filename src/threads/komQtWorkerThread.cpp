@@ -4,6 +4,7 @@
 #include "log/LogQt.h"
 #include "threads/CaughtException_p.h"
 #include "threads/IRunnable.h"
+#include "threads/JobActivity_p.h"
 
 #include <QMutex>
 #include <QMutexLocker>
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <iterator>
 
 #include <pthread.h>
 
@@ -68,6 +70,8 @@ komQtWorkerThread::JobEntry::JobEntry(int id, const kom::smart<IRunnable>& job, 
     : jobId(id)
     , runnable(job)
     , priority(masked(prio))
+    , lifo((prio & komQtThreadPool::ScheduleLifo) != 0)
+    , queuedNs(monotonicNsecs())
 {
 }
 
@@ -77,6 +81,8 @@ void komQtWorkerThread::JobEntry::clear()
     runnable.reset();
     runnable.createGroup(nullptr, nullptr);
     priority = komQtThreadPool::ScheduleNormalPriority;
+    lifo = false;
+    queuedNs = 0;
 }
 
 komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
@@ -86,6 +92,7 @@ komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
     , mQueueMutex(new QMutex)
     , mJobTimer(new JobTimer)
     , mShutDown(false)
+    , mActivity(std::make_shared<WorkerActivity>(name))
 {
     setObjectName(name);
 }
@@ -107,6 +114,7 @@ komQtWorkerThread::~komQtWorkerThread()
     }
     mJobs.clear();
     mCurrent = JobEntry();
+    mActivity->end(); // also for a worker whose loop never ran
 }
 
 bool komQtWorkerThread::lessThanByFifoPriority(const JobEntry& a, const JobEntry& b)
@@ -243,7 +251,36 @@ bool komQtWorkerThread::isScheduledOrRunning(int jobId) const
 int komQtWorkerThread::workLoad() const
 {
     QMutexLocker queueLock(mQueueMutex.get());
+    return workLoad_locked();
+}
+
+int komQtWorkerThread::workLoad_locked() const
+{
     return mJobs.count() + (mCurrent.jobId >= 1 ? 1 : 0);
+}
+
+JobWorkerSnapshot komQtWorkerThread::snapshot() const
+{
+    JobWorkerSnapshot worker;
+    worker.name = mActivity->name();
+    QMutexLocker queueLock(mQueueMutex.get());
+    const qint64 now = monotonicNsecs();
+    if (mCurrent.jobId != -1) {
+        worker.runningJobId = mCurrent.jobId;
+        worker.runningPriority = mCurrent.priority;
+        // A job taken from the queue and not yet started has run for 0 ms.
+        RunningJob job;
+        if (mActivity->running(&job) && job.jobId == mCurrent.jobId)
+            describeRunning(&worker, job, now);
+    }
+    worker.queue.reserve(mJobs.count());
+    std::transform(
+        mJobs.cbegin(), mJobs.cend(), std::back_inserter(worker.queue), [now](const JobEntry& entry) {
+            return QueuedJobSnapshot { entry.jobId, int(entry.priority), entry.lifo,
+                msecsBetween(entry.queuedNs, now) };
+        });
+    worker.workLoad = workLoad_locked();
+    return worker;
 }
 
 void komQtWorkerThread::shutDown()
@@ -274,7 +311,8 @@ bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
 
 void komQtWorkerThread::runJob(const JobEntry& entry)
 {
-    compat::startJobTimer(*mJobTimer);
+    const qint64 startNs = compat::startJobTimer(*mJobTimer);
+    mActivity->start(entry.jobId, entry.priority, startNs);
     Q_EMIT jobStarted(entry.jobId);
     try {
         entry.runnable->run(entry.jobId, *mJobTimer);
@@ -290,6 +328,7 @@ void komQtWorkerThread::runJob(const JobEntry& entry)
         QMutexLocker queueLock(mQueueMutex.get());
         mCurrent.clear();
     }
+    mActivity->finish();
     Q_EMIT jobFinished(entry.jobId, elapsed);
 }
 
@@ -321,6 +360,7 @@ void komQtWorkerThread::run()
         if (!stopping)
             mWaitCondition->wait(mWaitMutex.get());
     }
+    mActivity->end();
     LogLine(Log::Message) << objectName() << " finished.";
     deleteLater();
 }

@@ -4,6 +4,7 @@
 #include "compat/QtCompat.h"
 #include "coreqt_export.h"
 #include "platform/kom/komSmart.h"
+#include "threads/PoolSnapshot.h"
 #include "threads/komQtThreadPool.h"
 
 #include <QList>
@@ -19,6 +20,7 @@ namespace ko
 {
 
 class IRunnable;
+class WorkerActivity;
 
 /**
  * One thread of the job pool: runs the jobs of its queue one at a time, in the
@@ -38,7 +40,10 @@ public:
     /** See komQtThreadPool::SchedulePriority. */
     typedef komQtThreadPool::SchedulePriority SchedulePriority;
 
-    /** A queued job: its id (-1: none), its handle and its priority (masked with 0x7ff). */
+    /**
+     * A queued job: its id (-1: none), its handle and its priority (masked with 0x7ff); then the
+     * LIFO bit that the masked priority drops and the time it was queued, for snapshots.
+     */
     struct COREQT_EXPORT JobEntry
     {
         /** An entry that holds no job. */
@@ -54,6 +59,10 @@ public:
         kom::smart<IRunnable> runnable;
         /** Scheduling priority, also the thread's priority while the job runs. */
         SchedulePriority priority;
+        /** True when it was scheduled with komQtThreadPool::ScheduleLifo. */
+        bool lifo;
+        /** When it was queued, on the job pool's monotonic clock (ns); 0 for an entry without a job. */
+        qint64 queuedNs;
     };
 
     /** A worker named @p name; the pool starts it. */
@@ -82,6 +91,8 @@ public:
     bool isScheduledOrRunning(int jobId) const;
     /** Queued jobs plus the running one. */
     int workLoad() const;
+    /** The running job and the queue, read under the queue lock; busy is left to the pool. */
+    JobWorkerSnapshot snapshot() const;
     /** Drops the queue and ends the loop after the job in hand; the worker then deletes itself. */
     void shutDown();
 
@@ -100,7 +111,10 @@ protected:
     void run() override;
 
 private:
+    friend class komQtThreadPool; // shares the worker's activity with the pool's
+
     bool isScheduled_locked(int jobId) const;
+    int workLoad_locked() const;
     bool takeNextJob_locked(JobEntry& next);
     void runJob(const JobEntry& entry);
 
@@ -111,6 +125,7 @@ private:
     std::unique_ptr<QMutex> mQueueMutex;
     std::unique_ptr<JobTimer> mJobTimer;
     std::atomic<bool> mShutDown;
+    std::shared_ptr<WorkerActivity> mActivity; // what it runs, published for lock-free readers
 };
 
 } // namespace ko

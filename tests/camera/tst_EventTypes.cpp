@@ -63,8 +63,7 @@ void tst_EventTypes::nameOfKey_data()
 void tst_EventTypes::nameOfKey()
 {
     QFETCH(QString, key);
-    QFETCH(QString, name);
-    QCOMPARE(ko::triggerEventName(key), name);
+    QTEST(ko::triggerEventName(key), "name");
 }
 
 void tst_EventTypes::eventsOfMasks_data()
@@ -94,8 +93,7 @@ void tst_EventTypes::eventsOfMasks()
     QFETCH(uint, maskA);
     QFETCH(uint, maskB);
     QFETCH(uint, maskC);
-    QFETCH(QString, keys);
-    QCOMPARE(ko::triggerEventsName(maskA, maskB, maskC), keys);
+    QTEST(ko::triggerEventsName(maskA, maskB, maskC), "keys");
 }
 
 void tst_EventTypes::profileKeys_data()

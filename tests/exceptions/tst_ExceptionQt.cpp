@@ -9,6 +9,7 @@
 #include "exceptions/XmlException.h"
 #include "platform/kom/komObject.h"
 
+#include <QBuffer>
 #include <QTemporaryDir>
 #include <QTranslator>
 #include <QtTest>
@@ -390,6 +391,11 @@ void tst_ExceptionQt::chains()
         QCOMPARE(e.className(), name);
         QCOMPARE(e.toString(), expected);
         QCOMPARE(QString::fromLatin1(e.what()), expected);
+        QBuffer device; // printed through to a device at once, without waiting for the stream to go
+        QVERIFY(device.open(QIODevice::WriteOnly));
+        QTextStream out(&device);
+        e.print(out);
+        QCOMPARE(device.data(), expected.toLatin1());
         {
             const Counted copy(e);
             std::unique_ptr<ko::ExceptionQt> cloned(e.clone());

@@ -2,7 +2,6 @@
 #include "io/CloseOnExit.h"
 
 #include <QBuffer>
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QtTest>
 
@@ -44,7 +43,6 @@ class tst_DeviceGuards : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void trafficKeepsDeviceOpen();
     void eachSignalRestarts_data();
     void eachSignalRestarts();
     void timeout_data();
@@ -52,26 +50,6 @@ private Q_SLOTS:
     void deviceDeletedElsewhere();
     void scopeGuards();
 };
-
-void tst_DeviceGuards::trafficKeepsDeviceOpen()
-{
-    QBuffer buffer;
-    QVERIFY(buffer.open(QIODevice::ReadWrite));
-    ko::CloseInactive guard(&buffer, 2000);
-    QVERIFY(guard.isSingleShot());
-
-    // Writes every 100 ms, far inside the interval, for about three intervals' worth of
-    // waits; generous so that a loaded machine does not close the device early.
-    for (int i = 0; i < 30; ++i) {
-        buffer.write("x", 1); // bytesWritten() restarts the countdown
-        QTest::qWait(100);
-        QVERIFY(buffer.isOpen());
-    }
-    QElapsedTimer quiet;
-    quiet.start();
-    QTRY_VERIFY_WITH_TIMEOUT(!buffer.isOpen(), 10000);
-    QVERIFY(quiet.elapsed() >= 1500); // closed about one interval after the traffic stopped
-}
 
 void tst_DeviceGuards::eachSignalRestarts_data()
 {

@@ -1,10 +1,10 @@
+#include "KomRecorders.h"
+
 #include "kom/komQtConditionVariable.h"
 #include "kom/komQtLock.h"
 #include "kom/komQtSignalBlocker.h"
 #include "kom/komQtSynchronizationFactory.h"
 #include "kom/komQtThreadSpawner.h"
-#include "platform/kom/komStatusMessage.h"
-#include "platform/kom/komTerminal.h"
 
 #include <QSemaphore>
 #include <QtTest>
@@ -16,40 +16,6 @@
 
 namespace
 {
-
-QStringList sReports;
-const komObject* sReportSender;
-
-// Installs a kom::terminal handler that records and returns; restores the previous one.
-struct TerminalRecorder
-{
-    kom::TerminalHandler previous
-        = kom::setTerminalHandler([](const komString& message, const komObject* sender) {
-              sReports << message.text();
-              sReportSender = sender;
-          });
-    TerminalRecorder() { sReports.clear(), sReportSender = nullptr; }
-    ~TerminalRecorder() { kom::setTerminalHandler(previous); }
-};
-
-// Records the status messages of the default processor as "<type> <text>", from any thread.
-struct StatusRecorder : komStatusMessageHandlerInterface
-{
-    QMutex mutex;
-    QStringList messages;
-    StatusRecorder() { kom::komStatusMessageProcessor::defaultProcessor()->addStatusMessageHandler(this); }
-    ~StatusRecorder() override
-    {
-        kom::komStatusMessageProcessor::defaultProcessor()->removeStatusMessageHandler(this);
-    }
-    void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject*) override
-    {
-        QMutexLocker lock(&mutex);
-        messages << QString::number(type) + " " + text.text();
-    }
-    void setStatusMessageVerbosity(kom::StatusMessageType) override { }
-    kom::StatusMessageType statusMessageVerbosity() const override { return kom::StatusTrace; }
-};
 
 struct OtherLock : komLockInterface
 {
@@ -65,7 +31,13 @@ struct GatedRunnable : komRunnableInterface
     std::atomic<int> runs { 0 };
 };
 
+// What a spawner test does with the spawner, in order; the spawner is destroyed afterwards.
+enum Step { SetRunnable, Spawn, Wait };
+using Steps = QVector<Step>;
+
 } // namespace
+
+Q_DECLARE_METATYPE(Steps)
 
 class tst_komQtSynchronization : public QObject
 {
@@ -87,17 +59,19 @@ void tst_komQtSynchronization::lockAndFactory()
     komQtSynchronizationFactory factory;
     std::unique_ptr<komLockInterface> lock(factory.newLock());
     auto* qtLock = dynamic_cast<komQtLock*>(lock.get());
-    QVERIFY(qtLock && !qtLock->isRecursive());
+    QVERIFY(qtLock);
+    QVERIFY(!qtLock->isRecursive());
     std::unique_ptr<komConditionVariableInterface> condition(factory.newConditionVariable(lock.get()));
     std::unique_ptr<komThreadSpawnerInterface> spawner(factory.newThreadSpawner());
-    QVERIFY(dynamic_cast<komQtConditionVariable*>(condition.get())
-        && dynamic_cast<komQtThreadSpawner*>(spawner.get()));
+    QVERIFY(dynamic_cast<komQtConditionVariable*>(condition.get()));
+    QVERIFY(dynamic_cast<komQtThreadSpawner*>(spawner.get()));
     // A condition variable needs a komQtLock.
     OtherLock other;
-    QVERIFY(!factory.newConditionVariable(nullptr) && !factory.newConditionVariable(&other));
-    QCOMPARE(
-        sReports, QStringList({ "incompatible lock implementation!", "incompatible lock implementation!" }));
-    QCOMPARE(sReportSender, static_cast<const komObject*>(&factory));
+    QVERIFY(!factory.newConditionVariable(nullptr));
+    QVERIFY(!factory.newConditionVariable(&other));
+    QCOMPARE(TerminalRecorder::reports,
+        QStringList({ "incompatible lock implementation!", "incompatible lock implementation!" }));
+    QCOMPARE(TerminalRecorder::lastSender, static_cast<const komObject*>(&factory));
 }
 
 void tst_komQtSynchronization::lockRaces_data()
@@ -157,10 +131,10 @@ void tst_komQtSynchronization::lockRaces()
     QVERIFY(takenElsewhere());
 }
 
+// The condition variable waits on its lock's mutex; on a recursive one (Qt 5's rule, kept on Qt 6)
+// and without a lock wait() fails at once.
 void tst_komQtSynchronization::conditionVariable()
 {
-    // The condition variable waits on its lock's mutex; Qt does not wait on a recursive one, nor
-    // without one: wait() fails at once.
     komQtLock lock(komQtLock::NonRecursive), recursive(komQtLock::Recursive);
     komQtConditionVariable condition(&lock), onRecursive(&recursive);
     bool woken = false;
@@ -183,26 +157,27 @@ void tst_komQtSynchronization::conditionVariable()
 
 void tst_komQtSynchronization::spawner_data()
 {
-    QTest::addColumn<QString>("steps"); // s: set a runnable, p: spawn, w: wait; then destroyed
+    QTest::addColumn<Steps>("steps");
     QTest::addColumn<QStringList>("reports");
     QTest::addColumn<int>("bodies"); // runs of the thread body
     QTest::addColumn<int>("waits"); // waits that sent their two messages
-    QTest::newRow("used as meant") << "spw" << QStringList() << 1 << 1;
-    QTest::newRow("destroyed without wait") << "sp" << QStringList() << 1 << 1;
-    QTest::newRow("never spawned") << "s" << QStringList() << 0 << 0;
-    QTest::newRow("runnable set twice") << "sspw" << QStringList("runnable has already been set!") << 1 << 1;
-    QTest::newRow("no runnable") << "pw" << QStringList("no runnable installed!") << 1 << 1;
-    QTest::newRow("spawned twice") << "sppw" << QStringList("thread has already been spawned!") << 1 << 1;
-    QTest::newRow("waited twice") << "spww" << QStringList("thread has already been waited upon!") << 1 << 2;
-    QTest::newRow("spawned after the wait")
-        << "spwp"
-        << QStringList({ "thread has already been waited upon!", "thread has already been spawned!" }) << 2
-        << 1;
+    const auto row = [](const char* name, const Steps& steps, const QStringList& reports, int bodies,
+                         int waits) { QTest::newRow(name) << steps << reports << bodies << waits; };
+    row("used as meant", { SetRunnable, Spawn, Wait }, {}, 1, 1);
+    row("destroyed without wait", { SetRunnable, Spawn }, {}, 1, 1);
+    row("never spawned", { SetRunnable }, {}, 0, 0);
+    row("runnable set twice", { SetRunnable, SetRunnable, Spawn, Wait }, { "runnable has already been set!" },
+        1, 1);
+    row("no runnable", { Spawn, Wait }, { "no runnable installed!" }, 1, 1);
+    row("spawned twice", { SetRunnable, Spawn, Spawn, Wait }, { "thread has already been spawned!" }, 1, 1);
+    row("waited twice", { SetRunnable, Spawn, Wait, Wait }, { "thread has already been waited upon!" }, 1, 2);
+    row("spawned after the wait", { SetRunnable, Spawn, Wait, Spawn },
+        { "thread has already been waited upon!", "thread has already been spawned!" }, 2, 1);
 }
 
 void tst_komQtSynchronization::spawner()
 {
-    QFETCH(QString, steps);
+    QFETCH(Steps, steps);
     QFETCH(QStringList, reports);
     QFETCH(int, bodies);
     QFETCH(int, waits);
@@ -212,20 +187,21 @@ void tst_komQtSynchronization::spawner()
     QList<kom::smart<GatedRunnable>> runnables;
     {
         komQtThreadSpawner spawner;
-        for (const QChar step : steps) {
-            if (step == 's') {
+        for (const Step step : steps) {
+            if (step == SetRunnable) {
                 runnables << kom::smart<GatedRunnable>(new GatedRunnable);
                 runnables.last()->gate = &gate;
                 spawner.setRunnable(runnables.last());
-            } else if (step == 'p') {
+            } else if (step == Spawn) {
                 spawner.spawnThread();
             } else {
                 gate.release(2);
                 spawner.waitUntilThreadHasTerminated();
             }
         }
-        QCOMPARE(sReports, reports);
-        QCOMPARE(sReportSender, reports.isEmpty() ? nullptr : static_cast<const komObject*>(&spawner));
+        QCOMPARE(TerminalRecorder::reports, reports);
+        QCOMPARE(TerminalRecorder::lastSender,
+            reports.isEmpty() ? nullptr : static_cast<const komObject*>(&spawner));
         gate.release(2);
         spawner.wait(); // a restart after the wait is not waited for by the spawner
     }
@@ -236,7 +212,7 @@ void tst_komQtSynchronization::spawner()
     }
     QCOMPARE(runs, runnables.isEmpty() ? 0 : bodies); // without a runnable the body runs nothing
     // The waiting side's messages in order, the thread's own two wherever they fell.
-    QStringList seen = status.messages;
+    QStringList seen = status.messages();
     QCOMPARE(seen.removeAll("40 thread spawned, executing runnable..."), bodies);
     QCOMPARE(seen.removeAll("40 thread returned from runnable, terminating..."), bodies);
     QStringList expected;

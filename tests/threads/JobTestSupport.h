@@ -95,6 +95,8 @@ struct TestPool : ko::komQtThreadPool
             load += thread->workLoad();
         return load;
     }
+    /** The pool lock, for a test that holds it from another thread. */
+    QMutex& poolLock() { return *mLock; }
     void exitWaitLoop(int key, int code)
     {
         QMutexLocker locker(mLock.get());

@@ -1,6 +1,10 @@
 // Runs the installed coreqt program and checks its standard output, standard error, exit
 // status and the files it writes.
+#include "../console/ConsoleTestSupport.h"
+#include "LogCapture.h"
+
 #include "camera/ImageTypes.h"
+#include "console/Console.h"
 
 #include <QtTest>
 
@@ -8,6 +12,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
@@ -21,6 +27,7 @@
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace
@@ -213,7 +220,74 @@ void expectRows(QJsonArray& expected, const char* table, const Row (&rows)[N], b
     }
 }
 
+// What answers on the socket that coreqt top is given.
+enum class Peer { Nothing, PlainFile, StaleSocket, Server };
+
+// A local server in a thread of its own, so that it answers while the test waits for the child:
+// it sends @p answer to each client and disconnects, or with @p silent, keeps still.
+class FakeConsole
+{
+public:
+    FakeConsole(const QString& path, const QByteArray& answer, bool silent)
+    {
+        QSemaphore listening;
+        mThread.reset(QThread::create([path, answer, silent, &listening]() {
+            QLocalServer server;
+            server.listen(path);
+            QObject::connect(&server, &QLocalServer::newConnection, [&server, &answer, silent]() {
+                QLocalSocket* client = server.nextPendingConnection();
+                if (silent)
+                    return;
+                client->write(answer);
+                client->disconnectFromServer();
+            });
+            listening.release();
+            QEventLoop().exec(); // until the thread is told to quit
+        }));
+        mThread->start();
+        listening.acquire();
+    }
+    ~FakeConsole()
+    {
+        mThread->quit();
+        mThread->wait();
+    }
+
+private:
+    std::unique_ptr<QThread> mThread;
+};
+
+// @p document with the values that change from one moment to the next set to 0.
+QJsonValue withoutTimes(const QJsonValue& value)
+{
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue& item : value.toArray())
+            array.append(withoutTimes(item));
+        return array;
+    }
+    if (!value.isObject())
+        return value;
+    QJsonObject object = value.toObject();
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const bool time = it.key().endsWith(QLatin1String("Ms"))
+            && it.key() != QLatin1String("stallThresholdMs") && it.key() != QLatin1String("lockWaitMs");
+        it.value() = time ? QJsonValue(0) : withoutTimes(it.value());
+    }
+    return object;
+}
+
+// The table with every time ("1.2 s") written as "T" and each run of blanks as one.
+QString tableWithoutTimes(const QByteArray& table)
+{
+    return QString::fromUtf8(table)
+        .replace(QRegularExpression(QStringLiteral("\\d+\\.\\d s")), QStringLiteral("T"))
+        .replace(QRegularExpression(QStringLiteral(" +")), QStringLiteral(" "));
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(Peer)
 
 class tst_coreqt : public QObject
 {
@@ -234,6 +308,11 @@ private Q_SLOTS:
     void signalsLeaveNothing();
     void progressOnlyOnATerminal();
     void bench();
+    void topErrors_data();
+    void topErrors();
+    void topOnceAgreesWithTheConsole();
+    void topLiveOnATerminal_data();
+    void topLiveOnATerminal();
     void helpAndTour();
 };
 
@@ -629,12 +708,159 @@ void tst_coreqt::bench()
     QVERIFY(terminal.output.contains("bench QThreadPool: 100% (300 of 300 jobs)"));
 }
 
+void tst_coreqt::topErrors_data()
+{
+    QTest::addColumn<Peer>("peer");
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<bool>("silent");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("message"); // after "coreqt: top: <path>: "
+    const auto row = [](const char* name, Peer peer, const QString& message, const QByteArray& answer = {},
+                         bool silent = false, const QStringList& options = {}) {
+        QTest::newRow(name) << peer << answer << silent << options << message;
+    };
+    row("no such socket", Peer::Nothing, "no such socket");
+    row("a file that is not a socket", Peer::PlainFile, "not a CoreQt console (not a socket)");
+    row("nothing listens", Peer::StaleSocket, "nothing listens on it");
+    row("no answer in time", Peer::Server, "no answer within 0.3 s", {}, true, { "--timeout", "300" });
+    row("not JSON", Peer::Server, "not a CoreQt console", "hello\n");
+    row("closed without a word", Peer::Server, "not a CoreQt console");
+    row("another program's JSON", Peer::Server, "not a CoreQt console", R"({"console":"Other","version":1})");
+    row("a version without a number", Peer::Server, "not a CoreQt console", R"({"console":"CoreQt"})");
+    row("a later format version", Peer::Server, "unknown format version 2 (this program reads version 1)",
+        R"({"console":"CoreQt","version":2,"jobPools":[]})");
+    row("--timeout below 1", Peer::Server, "", {}, false, { "--timeout", "0" });
+}
+
+// Each failure is one line on standard error, nothing on standard output, and status 2; a text
+// output and a JSON one fail alike.
+void tst_coreqt::topErrors()
+{
+    QFETCH(Peer, peer);
+    QFETCH(QByteArray, answer);
+    QFETCH(bool, silent);
+    QFETCH(QStringList, options);
+    QFETCH(QString, message);
+    const SocketPath socket;
+    const QString& path = socket.path;
+    std::unique_ptr<FakeConsole> server;
+    if (peer == Peer::PlainFile)
+        QVERIFY(writeFile(path, "not a socket"));
+    else if (peer == Peer::StaleSocket)
+        QVERIFY(leaveStaleSocket(path));
+    else if (peer == Peer::Server)
+        server = std::make_unique<FakeConsole>(path, answer, silent);
+    const QString expected = message.isEmpty()
+        ? QStringLiteral("coreqt: top: --timeout '0', must be at least 1\n")
+        : QStringLiteral("coreqt: top: %1: %2\n").arg(path, message);
+    for (const QStringList& format : { QStringList(), QStringList { "--format", "json" } }) {
+        const Result result = coreqt(QStringList { "top", path } + options + format);
+        QCOMPARE(result.exitCode, 2);
+        QCOMPARE(result.out, QByteArray());
+        QCOMPARE(QString::fromUtf8(result.err), expected);
+    }
+}
+
+// The console of this process and coreqt top as a child agree on every value but the times.
+void tst_coreqt::topOnceAgreesWithTheConsole()
+{
+    LogCapture capture;
+    const SocketPath socket;
+    const QString& path = socket.path;
+    HeldPool held(QStringLiteral("Agree"));
+    QVERIFY(ko::Console::listen(path));
+    const Result json = coreqt({ "top", path, "--once", "--format", "json" });
+    const QByteArray here = ko::ConsoleDocument::current().toJson();
+    QCOMPARE(json.exitCode, 0);
+    QCOMPARE(json.err, QByteArray());
+    QCOMPARE(withoutTimes(QJsonDocument::fromJson(json.out).object()),
+        withoutTimes(QJsonDocument::fromJson(here).object()));
+
+    const Result once = coreqt({ "top", path, "--once" });
+    QCOMPARE(once.exitCode, 0);
+    const QString table = tableWithoutTimes(once.out);
+    const QString rows
+        = QStringLiteral("\nJob pool Agree: busy; at most 1 worker; stall watchdog off\n"
+                         " totals: scheduled 3, started 1, finished 0, aborted while queued 0, "
+                         "re-prioritised 0\n"
+                         " WORKER STATE JOB PRIO RUNNING QUEUE\n"
+                         " Agree-Thread-1 busy %1 3 T %2 (3, T), %3 (3, T)\n")
+              .arg(held.held)
+              .arg(held.second)
+              .arg(held.third);
+    QVERIFY2(table.contains(rows), qPrintable(table));
+    // Without a terminal, the live view is one table too.
+    QCOMPARE(tableWithoutTimes(coreqt({ "top", path }).out), table);
+    ko::Console::close();
+}
+
+void tst_coreqt::topLiveOnATerminal_data()
+{
+    QTest::addColumn<bool>("byKey"); // q, or else Ctrl-C (SIGINT)
+    QTest::newRow("q") << true;
+    QTest::newRow("Ctrl-C") << false;
+}
+
+// On a terminal the table is redrawn until q or Ctrl-C; either way the terminal is given back as
+// it was. A job past its pool's stall threshold stands out.
+void tst_coreqt::topLiveOnATerminal()
+{
+    QFETCH(bool, byKey);
+    LogCapture capture;
+    const SocketPath socket;
+    const QString& path = socket.path;
+    HeldPool held(QStringLiteral("Live"));
+    held.pool.setStallThreshold(1);
+    QVERIFY(spinUntil([&]() { return held.pool.snapshot().workers.value(0).runningMs >= 2; }));
+    QVERIFY(ko::Console::listen(path));
+    Terminal terminal;
+    QVERIFY(!terminal.name.isEmpty());
+    const int slave = ::open(QFile::encodeName(terminal.name).constData(), O_RDWR | O_NOCTTY);
+    QVERIFY(slave >= 0);
+    struct termios before;
+    QCOMPARE(::tcgetattr(slave, &before), 0);
+
+    QProcess process;
+    process.setStandardInputFile(terminal.name);
+    process.setStandardOutputFile(terminal.name);
+    start(process, { "top", path }, {}, QString());
+    QVERIFY(process.waitForStarted());
+    // Two drawings: the table is redrawn.
+    QVERIFY(QTest::qWaitFor(
+        [&]() {
+            terminal.drain();
+            return terminal.output.count("\033[H\033[2J") >= 2;
+        },
+        20000));
+    struct termios during;
+    QCOMPARE(::tcgetattr(slave, &during), 0);
+    QCOMPARE(during.c_lflag & tcflag_t(ICANON | ECHO), tcflag_t(0));
+    if (byKey)
+        QCOMPARE(::write(terminal.master, "q", 1), ssize_t(1));
+    else
+        ::kill(pid_t(process.processId()), SIGINT);
+    const Result result = finish(process, &terminal);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.err, QByteArray());
+    const QByteArray& screen = terminal.output;
+    QVERIFY(screen.startsWith("\033[?1049h\033[?25l"));
+    QVERIFY(screen.endsWith("\033[?25h\033[?1049l"));
+    QVERIFY(screen.contains("  \033[7mLive-Thread-1"));
+    QVERIFY(screen.contains(" stalled  "));
+    QVERIFY(screen.contains(path.toUtf8() + ": refreshed every second; q or Ctrl-C quits."));
+    struct termios after;
+    QCOMPARE(::tcgetattr(slave, &after), 0);
+    QCOMPARE(after.c_lflag, before.c_lflag);
+    ::close(slave);
+    ko::Console::close();
+}
+
 void tst_coreqt::helpAndTour()
 {
     const Result help = coreqt({ "--help" });
     QCOMPARE(help.exitCode, 0);
-    for (const char* command :
-        { "demo", "events", "event", "vocab", "fps", "time", "encrypt", "decrypt", "inspect", "bench" })
+    for (const char* command : { "demo", "events", "event", "vocab", "fps", "time", "encrypt", "decrypt",
+             "inspect", "bench", "top" })
         QVERIFY2(help.out.contains(QByteArray("\n  ") + command + ' ')
                 || help.out.contains(QByteArray("\n  ") + command + '\n'),
             command);
@@ -656,6 +882,10 @@ void tst_coreqt::helpAndTour()
             "0042.dat: SchreibFehler, no space left on the device\n", "readable\ttrue\n",
             "fr  event VM: Mouvement vidéo (VM)", "read back: identical\n" })
         QVERIFY2(text.contains(QString::fromUtf8(line)), line);
+    // The console section: the first job reads the console, the other two wait behind it.
+    QVERIFY2(tableWithoutTimes(tour.out).contains(QRegularExpression(
+                 QStringLiteral("\n Console-Thread-1 busy \\d+ 3 T \\d+ \\(3, T\\), \\d+ \\(3, T\\)\n"))),
+        qPrintable(text));
     QVERIFY(coreqt({ "demo" }).out.contains("0042.dat: WriteError, no space left on the device\n"));
 }
 

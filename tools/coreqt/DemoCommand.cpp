@@ -1,5 +1,6 @@
 #include "DemoCommand.h"
 
+#include "ConsoleTable.h"
 #include "FileCommands.h"
 #include "JobRun.h"
 #include "Output.h"
@@ -9,14 +10,19 @@
 #include "Version.h"
 #include "camera/EventTypes.h"
 #include "camera/ImageTypes.h"
+#include "console/Console.h"
+#include "console/ConsoleClient.h"
 #include "exceptions/FileException.h"
 #include "exceptions/IOException.h"
 #include "exceptions/RuntimeException.h"
 #include "io/FileEncrypt.h"
 #include "kom/koqdatetime.h"
 #include "log/LogQt.h"
+#include "threads/PoolRegistry.h"
 #include "threads/komQtSignalThreadPool.h"
+#include "threads/komQtThreadPool.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -54,6 +60,46 @@ void showJobPool()
         QThread::msleep(20);
         ko::LogLine(ko::Log::Message) << "job " << jobId << " finished";
     });
+}
+
+// The jobs waiting behind the running one of the pool @p name, as @p document shows them.
+int queuedBehind(const ko::ConsoleDocument& document, const QString& name)
+{
+    for (const ko::JobPoolSnapshot& pool : document.jobPools) {
+        if (pool.name == name && !pool.workers.isEmpty())
+            return pool.workers.first().queue.size();
+    }
+    return 0;
+}
+
+void showConsole()
+{
+    section(QStringLiteral("A live console, read by the first of three jobs on one worker"));
+    const QString socket = QStringLiteral("coreqt-demo-%1").arg(QCoreApplication::applicationPid());
+    if (!ko::Console::listen(socket)) {
+        printLine(QStringLiteral("  the console could not be opened"));
+        return;
+    }
+    const QString poolName = QStringLiteral("Console");
+    QString table;
+    const auto readConsole = [&](int) {
+        if (!table.isEmpty())
+            return; // the later jobs, on the same worker, only end the run
+        // Read once the other two jobs wait behind this one, as coreqt top would show them.
+        ko::ConsoleClient::Reply reply;
+        for (int attempt = 0; attempt < 100; ++attempt) {
+            reply = ko::ConsoleClient::fetch(socket);
+            if (reply.error != ko::ConsoleClient::NoError || queuedBehind(reply.document, poolName) == 2)
+                break;
+            QThread::msleep(10);
+        }
+        table
+            = reply.error == ko::ConsoleClient::NoError ? consoleTable(reply.document, false) : reply.message;
+    };
+    runJobs(poolName, 3, 1, readConsole, nullptr,
+        [](ko::komQtThreadPool& pool) { ko::PoolRegistry::add(&pool); });
+    ko::Console::close();
+    printIndented(table);
 }
 
 // An object whose slot reports the thread it runs in.
@@ -169,6 +215,7 @@ int runDemo(const Invocation& invocation)
 {
     printLine(QStringLiteral("CoreQt %1: a short tour").arg(QLatin1String(ko::coreQtVersion())));
     showJobPool();
+    showConsole();
     showSignalThreadPool();
     showVocabulary(*invocation.translations);
     showException();
@@ -180,8 +227,8 @@ int runDemo(const Invocation& invocation)
 } // namespace
 
 const Command kDemoCommand = { "demo", "",
-    "A short tour of the library on built-in sample data: jobs, signal thread pool, vocabulary in three "
-    "languages, an exception chain, frame times and an enciphered file.",
+    "A short tour of the library on built-in sample data: jobs, a live console, signal thread pool, "
+    "vocabulary in three languages, an exception chain, frame times and an enciphered file.",
     0, 0, nullptr, runDemo, "coreqt demo --lang de" };
 
 } // namespace tool

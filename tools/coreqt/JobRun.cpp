@@ -82,7 +82,7 @@ void waitUntilDeleted(const QList<QPointer<QThread>>& workers)
 } // namespace
 
 qint64 runJobs(const QString& name, int jobs, int threads, const std::function<void(int)>& work,
-    const std::function<void(int)>& progress)
+    const std::function<void(int)>& progress, const std::function<void(ko::komQtThreadPool&)>& setUp)
 {
     if (jobs <= 0)
         return 0;
@@ -97,6 +97,8 @@ qint64 runJobs(const QString& name, int jobs, int threads, const std::function<v
     }
 
     ko::komQtThreadPool pool(name, threads);
+    if (setUp)
+        setUp(pool);
     tally.clock.start();
     for (int i = 0; i < jobs; ++i)
         pool.schedule(kom::smart<ko::IRunnable>(new Job(tally, work)));

@@ -152,6 +152,11 @@ void printLine(const QString& line)
     writeTo(stdout, (line + QLatin1Char('\n')).toUtf8());
 }
 
+void printText(const QString& text)
+{
+    writeTo(stdout, text.toUtf8());
+}
+
 void printErrorLine(const QString& line)
 {
     writeTo(stderr, (escaped(line) + QLatin1Char('\n')).toUtf8());

@@ -59,6 +59,8 @@ private:
 QString hex32(quint32 value);
 /** Writes @p line and a line feed to standard output (UTF-8) and flushes it. */
 void printLine(const QString& line);
+/** Writes @p text as it is to standard output (UTF-8) and flushes it. */
+void printText(const QString& text);
 /** Writes @p line and a line feed to standard error (UTF-8), control characters escaped. */
 void printErrorLine(const QString& line);
 

@@ -9,6 +9,7 @@
 #include "FileNames.h"
 #include "Output.h"
 #include "TimeCommands.h"
+#include "TopCommand.h"
 #include "Translations.h"
 #include "VocabularyCommands.h"
 
@@ -29,8 +30,9 @@ namespace tool
 namespace
 {
 
-const Command* const kCommands[] = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand,
-    &kFpsCommand, &kTimeCommand, &kEncryptCommand, &kDecryptCommand, &kInspectCommand, &kBenchCommand };
+const Command* const kCommands[]
+    = { &kDemoCommand, &kEventsCommand, &kEventCommand, &kVocabCommand, &kFpsCommand, &kTimeCommand,
+          &kEncryptCommand, &kDecryptCommand, &kInspectCommand, &kBenchCommand, &kTopCommand };
 
 // Every failure ends with one line on standard error and this status.
 constexpr int kFailure = 2;
@@ -59,7 +61,7 @@ QString overview()
         + QStringLiteral("\n\nSee coreqt COMMAND --help for a command's options.\n\n"
                          "Exit status: 0 on success; 2 on any error, with one line on standard error and "
                          "nothing on standard output; 128+N when signal N ends encrypt or decrypt, which "
-                         "leave nothing partial behind.");
+                         "leave nothing partial behind, or top's live view, which Ctrl-C ends with 0.");
 }
 
 int fail(const QString& command, const QString& message)
