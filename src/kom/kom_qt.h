@@ -5,8 +5,8 @@
 
 #include <QMap>
 #include <QString>
+#include <QtContainerFwd>
 
-class QStringList;
 class komPerlStyleHash;
 class komStringList;
 

@@ -3,7 +3,8 @@
 
 #include "coreqt_export.h"
 
-class QStringList;
+#include <QtContainerFwd>
+
 class QTextStream;
 class komException;
 class komString;

@@ -174,7 +174,19 @@ public:
     {
         if (mStream && !(mTarget && appendDirect(value))) {
             leaveDirect();
-            *mStream << value;
+            using Plain = std::decay_t<T>;
+            if constexpr (std::is_same_v<T, QString> || std::is_same_v<T, QStringView>) {
+                writeUtf16(value);
+            } else if constexpr (std::is_same_v<T, QChar>) {
+                writeUtf16(QStringView(&value, 1));
+            } else {
+                writePendingSurrogate();
+                // Character pointers are Latin-1, as Qt 5's text stream reads them (Qt 6's reads UTF-8).
+                if constexpr (std::is_same_v<Plain, const char*> || std::is_same_v<Plain, char*>)
+                    *mStream << QLatin1String(value);
+                else
+                    *mStream << value;
+            }
         }
         return *this;
     }
@@ -215,6 +227,8 @@ private:
     bool appendUtf16(const QChar* text, qsizetype size);
     bool appendInteger(qulonglong magnitude, bool negative);
     void leaveDirect();
+    void writeUtf16(QStringView text);
+    void writePendingSurrogate();
 
     MutexLocker mLocker;
     QTextStream* mStream = nullptr; // the level's text stream; null for an inactive or a marked line
@@ -230,6 +244,7 @@ private:
     qsizetype mCapacity = sizeof mInline;
     std::unique_ptr<char[]> mHeap;
     char mInline[480];
+    QChar mPendingHigh; // a high surrogate that ended the last text, held back for its low one; or null
 };
 
 } // namespace ko

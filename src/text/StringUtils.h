@@ -1,6 +1,7 @@
 #ifndef KO_STRINGUTILS_H
 #define KO_STRINGUTILS_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 
 #include <QBuffer>
@@ -71,20 +72,20 @@ public:
         const QString& text, int maxLength, QFlags<Qt::AlignmentFlag> alignment = Qt::AlignLeft);
 
     /** The parts of @p text between matches of @p separator. */
-    static QStringList splitStringList(const QString& text, const QRegExp& separator,
-        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    static QStringList splitStringList(
+        const QString& text, const QRegExp& separator, SplitBehavior behavior = KeepEmptyParts);
     /** The parts of every element of @p texts at @p separator, in list order. */
-    static QStringList splitStringList(const QStringList& texts, const QString& separator,
-        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    static QStringList splitStringList(
+        const QStringList& texts, const QString& separator, SplitBehavior behavior = KeepEmptyParts);
     /** The parts of every element of @p texts between matches of @p separator, in list order. */
-    static QStringList splitStringList(const QStringList& texts, const QRegExp& separator,
-        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    static QStringList splitStringList(
+        const QStringList& texts, const QRegExp& separator, SplitBehavior behavior = KeepEmptyParts);
     /** The set of the parts of @p text between matches of @p separator. */
-    static QSet<QString> splitStringSet(const QString& text, const QRegExp& separator,
-        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    static QSet<QString> splitStringSet(
+        const QString& text, const QRegExp& separator, SplitBehavior behavior = KeepEmptyParts);
     /** The set of the parts of all elements of @p texts between matches of @p separator. */
-    static QSet<QString> splitStringSet(const QStringList& texts, const QRegExp& separator,
-        QString::SplitBehavior behavior = QString::KeepEmptyParts);
+    static QSet<QString> splitStringSet(
+        const QStringList& texts, const QRegExp& separator, SplitBehavior behavior = KeepEmptyParts);
     /** Splits @p text at the first @p separator; without one, @p head is the text and @p tail empty, not
      * null. */
     static void splitFirst(const QString& text, const QString& separator, QString& head, QString& tail);
@@ -179,7 +180,8 @@ public:
     static bool toBool(const QString& text, bool* ok = nullptr);
 
     /**
-     * @p text converted to @p type, or else read as Base64 of a serialised QVariant. Text that does not
+     * @p text converted to @p type (a QVariant::Type on Qt 5, a QMetaType::Type on Qt 6), or else read
+     * as Base64 of a serialised QVariant (Qt 5.15's data stream format). Text that does not
      * hold a readable value gives an invalid variant, never a crash: a short read, a length that asks
      * for more memory than there is, variant containers nested over 1024 deep, a value that Qt could
      * not serialise again (a date-time in an unknown time zone).
@@ -188,10 +190,10 @@ public:
      * appended behind those of earlier calls and the first value the buffer holds is read, so an
      * instance converts only its first value correctly; use a fresh instance per value.
      */
-    QVariant toVariant(const QString& text, QVariant::Type type);
+    QVariant toVariant(const QString& text, VariantType type);
     /**
-     * @p value as text, or Base64 of its serialised form when it has no text form (an empty text for a
-     * value Qt cannot serialise).
+     * @p value as text, or Base64 of its serialised form (Qt 5.15's data stream format) when it has no
+     * text form (an empty text for a value Qt cannot serialise).
      *
      * Surprising but kept: the buffer is overwritten from its start and encoded whole, so after a
      * longer value the text also carries that value's remaining bytes; use a fresh instance per value.

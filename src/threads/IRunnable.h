@@ -1,12 +1,11 @@
 #ifndef KO_IRUNNABLE_H
 #define KO_IRUNNABLE_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 #include "threads/IInterface.h"
 
 #include <atomic>
-
-class QTime;
 
 namespace ko
 {
@@ -32,8 +31,11 @@ public:
     /** Runs when the last kom::smart handle goes: the caller's, the worker queue's or the running one's. */
     ~IRunnable() override;
 
-    /** The work, run on a worker thread with the job's id and the worker's job timer (already started). */
-    virtual void run(int jobId, QTime& timer) = 0;
+    /**
+     * The work, run on a worker thread with the job's id and the worker's job timer (already
+     * started; a QTime on Qt 5, a QElapsedTimer on Qt 6).
+     */
+    virtual void run(int jobId, JobTimer& timer) = 0;
 
     /**
      * True asks the worker to drop the queued job without running it; komQtThreadPool::schedule()

@@ -1,6 +1,7 @@
 #ifndef KO_KOMQTSIGNALTHREADPOOL_H
 #define KO_KOMQTSIGNALTHREADPOOL_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 #include "threads/PoolSnapshot.h"
 
@@ -11,8 +12,6 @@
 
 #include <atomic>
 #include <memory>
-
-class QMutex;
 
 namespace ko
 {
@@ -80,7 +79,7 @@ private:
     void syncLoad_locked();
     void removeAt_locked(int index);
 
-    std::unique_ptr<QMutex> mMutex;
+    std::unique_ptr<RecursionModeMutex> mMutex;
     QList<QPointer<QObject>> mAttached;
     std::atomic<int> mLoad; // mAttached.size(), readable from any thread
     std::unique_ptr<AttachedNames> mNames; // in step with mAttached

@@ -1,6 +1,7 @@
 #ifndef KO_KOMQTWORKERTHREAD_H
 #define KO_KOMQTWORKERTHREAD_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 #include "platform/kom/komSmart.h"
 #include "threads/PoolSnapshot.h"
@@ -13,7 +14,6 @@
 #include <memory>
 
 class QMutex;
-class QTime;
 class QWaitCondition;
 
 namespace ko
@@ -147,7 +147,7 @@ private:
     std::unique_ptr<QWaitCondition> mWaitCondition;
     std::unique_ptr<QMutex> mWaitMutex;
     std::unique_ptr<QMutex> mQueueMutex;
-    std::unique_ptr<QTime> mJobTimer;
+    std::unique_ptr<JobTimer> mJobTimer;
     std::atomic<bool> mShutDown;
     std::shared_ptr<WorkerActivity> mActivity; // what it runs, published for lock-free readers
 };
