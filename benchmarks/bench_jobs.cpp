@@ -37,7 +37,7 @@ public:
         : mMicroseconds(microseconds)
     {
     }
-    void run(int, QTime&) override { work(mMicroseconds); }
+    void run(int, ko::JobTimer&) override { work(mMicroseconds); }
 
 private:
     int mMicroseconds;

@@ -1,13 +1,21 @@
 # Build settings shared by every target of the project.
 
 # Compile definitions that the public headers rely on (Qt 4 names kept behind
-# Qt 5's deprecation switch); they travel with the libraries to their users.
-set(COREQT_PUBLIC_DEFINITIONS QT_DISABLE_DEPRECATED_BEFORE=0 QT_NO_DEPRECATED_WARNINGS)
+# Qt 5's deprecation switch); they travel with the libraries to their users. The
+# Qt 6 variant's headers need none: its users keep Qt 6's defaults.
+if(COREQT_QT_MAJOR EQUAL 5)
+    set(COREQT_PUBLIC_DEFINITIONS QT_DISABLE_DEPRECATED_BEFORE=0 QT_NO_DEPRECATED_WARNINGS)
+else()
+    set(COREQT_PUBLIC_DEFINITIONS)
+    # The project's own code uses nothing that Qt 6.4 deprecates (QT_DISABLE_DEPRECATED_UP_TO
+    # from Qt 6.5 on; Qt 6.4 reads QT_DISABLE_DEPRECATED_BEFORE).
+    set(COREQT_PRIVATE_DEFINITIONS QT_DISABLE_DEPRECATED_BEFORE=0x060400 QT_DISABLE_DEPRECATED_UP_TO=0x060400)
+endif()
 
 # Applies warnings and the project's private Qt settings to a target.
 function(coreqt_target_defaults target)
     target_compile_options(${target} PRIVATE -Wall -Wextra)
-    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+    target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS ${COREQT_PRIVATE_DEFINITIONS})
 endfunction()
 
 # Creates one of the project's shared libraries: version 1.0.0, SOVERSION 1,
@@ -18,7 +26,7 @@ endfunction()
 function(coreqt_add_library target)
     cmake_parse_arguments(ARG "PLATFORM" "BASE_NAME;EXPORT_HEADER" "SOURCES" ${ARGN})
     add_library(${target} SHARED ${ARG_SOURCES})
-    add_library(CoreQt::${target} ALIAS ${target})
+    add_library(CoreQt::${target} ALIAS ${target}) # the installed package's namespace is ${COREQT_PACKAGE}::
     # Installed side by side, the libraries find one another wherever the tree is put.
     set_target_properties(${target} PROPERTIES
         VERSION ${PROJECT_VERSION}
@@ -71,7 +79,7 @@ endfunction()
 function(coreqt_add_test name)
     cmake_parse_arguments(ARG "" "AREA;TIMEOUT" "SOURCES;LABELS;ENVIRONMENT;LIBRARIES" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE CoreQt::CoreQt Qt5::Test coreqt_testsupport ${ARG_LIBRARIES})
+    target_link_libraries(${name} PRIVATE CoreQt::CoreQt ${COREQT_QT}::Test coreqt_testsupport ${ARG_LIBRARIES})
     coreqt_target_defaults(${name})
     add_test(NAME ${name} COMMAND ${name})
     if(NOT ARG_TIMEOUT)

@@ -1,6 +1,9 @@
 #!/bin/sh
 # Doxygen input filter: puts each public header into the group of its area, named after its
 # folder, so that the reference is grouped by area without a group tag in every header.
+# Doxygen does not carry a group opened at file level into a namespace block, so each namespace
+# block opens the group again. The markers replace the blank line after the include guard and
+# share the lines of the namespace braces, so that line numbers stay those of the header.
 file=$1
 case "$file" in
     */platform/core/*) group=standin_core ;;
@@ -10,6 +13,11 @@ case "$file" in
     */src/*/*) group=$(basename "$(dirname "$file")") ;;
     *) cat "$file"; exit 0 ;;
 esac
-printf '/** @addtogroup %s\n @{ */\n' "$group"
-cat "$file"
-printf '\n/** @} */\n'
+awk -v open="/** @addtogroup $group */ /** @{ */" '
+    !opened && NF == 0 { print open; opened = 1; next }
+    afterNamespace && $0 == "{" { print "{ " open; afterNamespace = 0; next }
+    { afterNamespace = /^namespace [A-Za-z_][A-Za-z_0-9]*$/ }
+    /^} \/\/ namespace / { print "/** @} */ " $0; next }
+    { print }
+    END { if (opened) print "/** @} */" }
+' "$file"

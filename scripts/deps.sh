@@ -6,11 +6,19 @@ COREQT_PACKAGES=(
     libbenchmark-dev libspdlog-dev
     dpkg-dev lintian file
 )
+# The Qt 6 variant's, installed only when it is asked for: coreqt_install_deps --qt6.
+COREQT_QT6_PACKAGES=(
+    qt6-base-dev qt6-5compat-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n
+)
 
 coreqt_install_deps() {
+    local wanted=("${COREQT_PACKAGES[@]}")
+    if [ "${1:-}" = "--qt6" ]; then
+        wanted+=("${COREQT_QT6_PACKAGES[@]}")
+    fi
     local missing=()
     local package
-    for package in "${COREQT_PACKAGES[@]}"; do
+    for package in "${wanted[@]}"; do
         if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
             missing+=("$package")
         fi

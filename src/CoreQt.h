@@ -3,7 +3,8 @@
 
 /**
  * Umbrella header: the whole public API of CoreQt and of the two platform
- * libraries it builds on. Applications include <CoreQt/CoreQt.h>.
+ * libraries it builds on. Applications include <CoreQt/CoreQt.h> (<CoreQt6/CoreQt.h> for the
+ * library built against Qt 6).
  */
 
 // libCore
@@ -29,6 +30,7 @@
 #include "Version.h"
 #include "camera/EventTypes.h"
 #include "camera/ImageTypes.h"
+#include "compat/QtCompat.h"
 #include "exceptions/ConfigItemNotRetrievedException.h"
 #include "exceptions/DivisionByZeroException.h"
 #include "exceptions/ExceptionQt.h"

@@ -24,7 +24,7 @@ public:
         , mDone(done)
     {
     }
-    void run(int jobId, QTime&) override
+    void run(int jobId, ko::JobTimer&) override
     {
         mSum += jobId;
         ++mDone;

@@ -15,9 +15,9 @@ namespace ko
 class CORE_EXPORT AbstractSettingsStorage
 {
 public:
-    /** Creates the storage. */
+    /** The interface part; an implementation such as ko::QtSettingsAdaptor holds the settings. */
     AbstractSettingsStorage();
-    /** Destroys the storage. */
+    /** Implementations may be destroyed through this interface. */
     virtual ~AbstractSettingsStorage();
 
     /** True when values can be written. */

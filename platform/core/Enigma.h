@@ -22,7 +22,7 @@ class CORE_EXPORT Enigma
 public:
     /** Creates the engine from a generator value; a zero seed makes it choose a random non-zero one. */
     explicit Enigma(const Random& random);
-    /** Destroys the engine. */
+    /** Engines may be destroyed through this base. */
     virtual ~Enigma();
 
     /** The seed the engine works with (never 0). */

@@ -25,6 +25,16 @@ class CORE_EXPORT Log
 public:
     /** Log levels; a line of level L is written when logLevel() <= L. */
     enum ELevel { Debug = 0, Message = 1, Warning = 2, Error = 3, FatalError = 4 };
+    /** @var Debug
+     *  Detail for developers; by default on standard output, below the default threshold. */
+    /** @var Message
+     *  Progress worth telling; by default on standard output. */
+    /** @var Warning
+     *  Something unexpected that the program handled; by default on standard error. */
+    /** @var Error
+     *  A failed operation; by default on standard error. */
+    /** @var FatalError
+     *  A failure the program cannot go on from; by default on standard error. */
     /** Number of levels, and of per-level streams. */
     static constexpr int LevelCount = 5;
 
@@ -33,7 +43,9 @@ public:
     /** Releases the streams the log owns. */
     ~Log();
 
+    /** Not copyable: a log owns its streams and its mutex. */
     Log(const Log&) = delete;
+    /** Not assignable, as it is not copyable. */
     Log& operator=(const Log&) = delete;
 
     /** The process-wide log. */

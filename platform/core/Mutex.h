@@ -22,7 +22,9 @@ public:
     /** Destroys the mutex; it must not be locked. */
     ~Mutex();
 
+    /** Not copyable: a mutex is one lock. */
     Mutex(const Mutex&) = delete;
+    /** Not assignable, as it is not copyable. */
     Mutex& operator=(const Mutex&) = delete;
 
     /** Locks the mutex; throws ko::RuntimeError on relocking a non-recursive mutex or a failing POSIX call. */
@@ -50,7 +52,9 @@ public:
     /** Unlocks the mutex if this locker holds it; never throws. */
     ~MutexLocker();
 
+    /** Not copyable: only one locker may unlock what it locked. */
     MutexLocker(const MutexLocker&) = delete;
+    /** Not assignable, as it is not copyable. */
     MutexLocker& operator=(const MutexLocker&) = delete;
 
     /** Locks the mutex (once per locker). */

@@ -15,7 +15,7 @@ public:
     explicit komException(const komString& message);
     /** An exception with the given messages. */
     explicit komException(const komStringList& messages);
-    /** Destroys the exception. */
+    /** Releases the messages. */
     ~komException() override;
 
     /** Appends a message (context added while the exception travels up). */
@@ -36,7 +36,7 @@ class KOM_EXPORT komTerminalException : public komException
 public:
     /** An exception carrying the terminal message. */
     explicit komTerminalException(const komString& message);
-    /** Destroys the exception. */
+    /** Releases the message. */
     ~komTerminalException() override;
 };
 

@@ -41,7 +41,7 @@ class KOM_EXPORT komStringList : public komList<komString>
 public:
     /** An empty list. */
     komStringList();
-    /** Destroys the list. */
+    /** Releases the strings. */
     ~komStringList() override;
 };
 

@@ -7,7 +7,7 @@
 class KOM_EXPORT komInterface
 {
 public:
-    /** Creates the interface part. */
+    /** The interface part; it holds no data. */
     komInterface();
     /** Destroys the object through any of its interfaces. */
     virtual ~komInterface();
@@ -17,9 +17,9 @@ public:
 class KOM_EXPORT komObject
 {
 public:
-    /** Creates the object part. */
+    /** The object part; it holds no data. */
     komObject();
-    /** Destroys the object. */
+    /** Objects may be destroyed through this base. */
     virtual ~komObject();
 };
 

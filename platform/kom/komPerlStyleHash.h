@@ -15,7 +15,7 @@ public:
     class KOM_EXPORT KeyValuePair
     {
     public:
-        /** Creates the pair. */
+        /** The pair of @p key and @p value, both copied. */
         KeyValuePair(const komString& key, const komString& value);
         /** The key. */
         komString key() const { return mKey; }

@@ -12,11 +12,17 @@ namespace kom
 
 /** Types of status messages, from chatter to fatal. */
 enum StatusMessageType {
+    /** Progress detail (40); ko::KomLogHandler writes it at log level 1. */
     StatusTrace = 40,
+    /** Detail for developers (45); log level 1. */
     StatusDebug = 45,
+    /** Information (50); log level 1. */
     StatusInfo = 50,
+    /** Something unexpected that was handled (60); log level 2. */
     StatusWarning = 60,
+    /** A failed operation (70); log level 3. */
     StatusError = 70,
+    /** A failure the program cannot go on from (80), sent by the default terminal handler; log level 4. */
     StatusFatal = 80
 };
 
@@ -52,7 +58,9 @@ public:
     /** Destroys the processor; the handlers are not deleted. */
     ~komStatusMessageProcessor();
 
+    /** Not copyable: handlers are registered with one processor. */
     komStatusMessageProcessor(const komStatusMessageProcessor&) = delete;
+    /** Not assignable, as it is not copyable. */
     komStatusMessageProcessor& operator=(const komStatusMessageProcessor&) = delete;
 
     /** The process-wide processor, created on first use under a lock. */

@@ -9,9 +9,9 @@
 class KOM_EXPORT komRunnableInterface : public virtual komInterface
 {
 public:
-    /** Destroys the runnable. */
+    /** Runs when the last kom::smart handle to the runnable goes. */
     ~komRunnableInterface() override;
-    /** The work. */
+    /** The work, run once in the spawned thread. */
     virtual void run() = 0;
 };
 
@@ -31,7 +31,7 @@ public:
 class KOM_EXPORT komConditionVariableInterface : public virtual komInterface
 {
 public:
-    /** Destroys the condition variable. */
+    /** Destroys the condition variable; no thread may be waiting on it. */
     ~komConditionVariableInterface() override;
     /** Releases the paired lock, waits for a signal and takes the lock again; false on failure. */
     virtual bool wait() = 0;
@@ -45,7 +45,7 @@ public:
 class KOM_EXPORT komThreadSpawnerInterface : public virtual komInterface
 {
 public:
-    /** Destroys the spawner. */
+    /** Destroys the spawner; implementations wait for a spawned thread first. */
     ~komThreadSpawnerInterface() override;
     /** Installs the runnable the thread will run. */
     virtual void setRunnable(kom::smart<komRunnableInterface> runnable) = 0;
@@ -59,7 +59,7 @@ public:
 class KOM_EXPORT komSynchronizationFactoryInterface : public virtual komInterface
 {
 public:
-    /** Destroys the factory. */
+    /** Destroys the factory; what it made lives on. */
     ~komSynchronizationFactoryInterface() override;
     /** A new thread spawner. */
     virtual komThreadSpawnerInterface* newThreadSpawner() = 0;

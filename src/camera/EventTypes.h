@@ -20,17 +20,29 @@ struct TriggerEventRow
 /** Number of rows of sTriggerEvents. */
 constexpr int kTriggerEventCount = 48;
 
-/** The camera trigger events; row 0 ("All Events", key "AE") carries every bit. */
+/**
+ * The camera trigger events; row 0 ("All Events", key "AE") carries every bit. Kept as cameras and
+ * stored configurations know it: row 5 reads "Illumination (IL2)", row 17 reads "Signal Input 5
+ * (SI4)" under the key "SI5", RH and RT carry their bits in swapped order, and signal inputs 5 to 16,
+ * the door station rows and "disconnected" have no bit.
+ */
 extern COREQT_EXPORT const TriggerEventRow sTriggerEvents[kTriggerEventCount];
 
 /** Event profile types; each value indexes k_envProfileKeys. */
 enum EEventProfileTypes : int {
+    /** Key "ENV". */
     EventProfileEnv = 0,
+    /** Key "IMA". */
     EventProfileIma = 1,
+    /** Key "INT". */
     EventProfileInt = 2,
+    /** Key "MSG". */
     EventProfileMsg = 3,
+    /** Key "MET". */
     EventProfileMet = 4,
+    /** Key "SIG". */
     EventProfileSig = 5,
+    /** Key "TIM". */
     EventProfileTim = 6
 };
 
@@ -62,7 +74,7 @@ extern COREQT_EXPORT const QString k_ActionNameSound;
 extern COREQT_EXPORT const QString k_vmSensorName;
 /** Sensor: microphone, "mi". */
 extern COREQT_EXPORT const QString k_micSensorName;
-/** Sensor: passive infrared, "ir" (not the lower-case event key "pi"). */
+/** Sensor: passive infrared, "ir". Kept as it always was: not "pi", the lower-case event key. */
 extern COREQT_EXPORT const QString k_pirSensorName;
 /** Sensor: signal input, "si". */
 extern COREQT_EXPORT const QString k_sigSensorName;
@@ -75,7 +87,7 @@ extern COREQT_EXPORT const QString k_ilSensorName;
 /** The key of an event profile type, or the null k_envProfileInvalidKey for any other value. */
 COREQT_EXPORT const QString& getEventProfileKey(EEventProfileTypes type);
 
-/** The translated display text of trigger event row @p index (0 to 47). */
+/** The translated display text of trigger event row @p index (0 to 47; an empty text outside). */
 COREQT_EXPORT QString triggerEventName(int index);
 
 /**
@@ -84,7 +96,11 @@ COREQT_EXPORT QString triggerEventName(int index);
  */
 COREQT_EXPORT QString triggerEventName(const QString& key);
 
-/** The keys of the events whose bit is in all three masks, in table order, joined by ", ". */
+/**
+ * The keys of the events whose bit is in all three masks (each mask tested on its own), in table order
+ * and not bit order, joined by ", "; pass 0xFFFFFFFF twice to test one mask. "All Events" and the
+ * rows without a bit are never listed.
+ */
 COREQT_EXPORT QString triggerEventsName(unsigned int maskA, unsigned int maskB, unsigned int maskC);
 
 } // namespace ko

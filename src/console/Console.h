@@ -24,6 +24,7 @@ public:
     /** How many clients are served at once; further ones are disconnected at once. */
     static constexpr int kMaxClients = 4;
 
+    /** Not instantiable: the console is one per process, and its functions are static. */
     Console() = delete;
 
     /**

@@ -15,6 +15,20 @@ class COREQTCONSOLE_EXPORT ConsoleClient
 public:
     /** Why a fetch failed. */
     enum Error { NoError, NoSuchSocket, NotListening, NoAccess, NotAConsole, NoAnswer, UnknownVersion };
+    /** @var NoError
+     *  The document was read. */
+    /** @var NoSuchSocket
+     *  There is no socket at the path. */
+    /** @var NotListening
+     *  A socket is there, but nothing accepts connections on it. */
+    /** @var NoAccess
+     *  The socket belongs to another user: a console answers its own user only. */
+    /** @var NotAConsole
+     *  The path is not a socket, or what came back is not a console's document. */
+    /** @var NoAnswer
+     *  The document did not arrive within the time limit. */
+    /** @var UnknownVersion
+     *  The document has a format version this library does not read. */
 
     /** The outcome of a fetch. */
     struct Reply
@@ -29,6 +43,7 @@ public:
         ConsoleDocument document;
     };
 
+    /** Not instantiable: fetch() is static. */
     ConsoleClient() = delete;
 
     /** The time limit of fetch() unless told otherwise. */

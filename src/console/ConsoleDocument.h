@@ -39,6 +39,12 @@ struct COREQTCONSOLE_EXPORT ConsoleDocument
 
     /** How fromJson() ended. */
     enum ReadResult { Read, NotAConsole, UnknownVersion };
+    /** @var Read
+     *  The document was read. */
+    /** @var NotAConsole
+     *  The bytes are not a JSON object that names itself a CoreQt console. */
+    /** @var UnknownVersion
+     *  A console document of another format version; only its version was read. */
 
     /** The JSON form. */
     QByteArray toJson(QJsonDocument::JsonFormat format = QJsonDocument::Compact) const;

@@ -1,5 +1,8 @@
 #include "exceptions/ExceptionQt.h"
 
+#include "compat/QtCompat_p.h"
+
+#include <QIODevice>
 #include <QTextStream>
 
 #include <typeinfo>
@@ -77,7 +80,7 @@ bool ExceptionQt::chainHolds(const ExceptionQt& other) const
 
 void ExceptionQt::generateWhat(std::string& out) const
 {
-    const QByteArray bytes = toString().toAscii();
+    const QByteArray bytes = compat::toAscii(toString());
     out.assign(bytes.constData(), size_t(bytes.size()));
 }
 
@@ -91,7 +94,7 @@ QString ExceptionQt::className() const
     const char* name = typeid(*this).name();
     if (*name == '*')
         ++name;
-    QString result = QString::fromAscii(name);
+    QString result = compat::fromAscii(name);
     if (result.startsWith(QLatin1String("class ")))
         result.remove(0, 6);
     if (result.startsWith(QLatin1String("ko::")))

@@ -28,12 +28,16 @@ public:
     /** Destroys the exception and its cause copy, recursively down the chain. */
     ~ExceptionQt() override;
 
-    /** Writes the printed form, as toString() returns it, into @p out (ASCII). */
+    /** Writes the printed form, as toString() returns it with its line feeds, into @p out (ASCII). */
     void generateWhat(std::string& out) const override;
     /** A new heap copy of the dynamic type; the caller owns it. */
     ExceptionQt* clone() const override;
 
-    /** The run-time type name with a leading "class " and then "ko::" removed; nothing is demangled. */
+    /**
+     * The run-time type name with a leading "class " and then "ko::" removed. Kept as it always was:
+     * nothing is demangled, so where the compiler's type names are mangled (GCC, Clang) the name comes
+     * back unchanged, "N2ko13FileExceptionE" for a ko::FileException.
+     */
     virtual QString className() const;
     /** Writes the rendered message (without class name and causes) to @p s. */
     virtual void printMessage(QTextStream& s) const;
@@ -47,9 +51,16 @@ public:
     /** Replaces the cause by a copy of @p cause. */
     void setCause(const ExceptionQt& cause);
 
-    /** The rendered message, as printMessage() writes it. */
+    /**
+     * The rendered message, as printMessage() writes it: for a class with fields of its own that is the
+     * fields and the text, not the bare text given to the constructor.
+     */
     QString message() const;
-    /** Writes the full printed form with the cause chain to @p s and flushes it. */
+    /**
+     * Writes the full printed form to @p s and flushes it: "<className()>: <message>" (the ": " also
+     * for an empty message), then "caused by:\t<className()>: <message>" for each cause, each line
+     * ending in "\n", with no indentation and no limit on the depth.
+     */
     void print(QTextStream& s) const;
     /** The full printed form with the cause chain; each line ends in "\n". */
     QString toString() const;

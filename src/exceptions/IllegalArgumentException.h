@@ -17,11 +17,12 @@ public:
     IllegalArgumentException(const IllegalArgumentException& other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     IllegalArgumentException& operator=(const IllegalArgumentException& other);
+    /** Frees the exception's own copy of its cause, down the whole chain. */
     ~IllegalArgumentException() override;
     /** A new heap copy; the caller owns it. */
     IllegalArgumentException* clone() const override;
 
-    /** Writes the argument name, then ", " and the message when both are present. */
+    /** Writes the argument name when there is one, then ", " when both are present, then the message. */
     void printMessage(QTextStream& s) const override;
 
 protected:

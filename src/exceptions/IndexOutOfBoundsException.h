@@ -16,6 +16,7 @@ public:
     IndexOutOfBoundsException(const IndexOutOfBoundsException& other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     IndexOutOfBoundsException& operator=(const IndexOutOfBoundsException& other);
+    /** Frees the exception's own copy of its cause, down the whole chain. */
     ~IndexOutOfBoundsException() override;
     /** A new heap copy; the caller owns it. */
     IndexOutOfBoundsException* clone() const override;
@@ -26,7 +27,10 @@ public:
     int minIndex() const;
     /** The exclusive upper bound of the allowed indices. */
     int maxIndex() const;
-    /** Writes "<argument>[<index>]", the allowed range when it is not empty, then the message. */
+    /**
+     * Writes "<argument>[<index>]" (the argument also when empty), then "; allowed range is <min> to
+     * <max>, exclusive" only when maxIndex() > minIndex(), then ", " and the message when there is one.
+     */
     void printMessage(QTextStream& s) const override;
 
 private:

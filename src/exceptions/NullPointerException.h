@@ -16,13 +16,18 @@ public:
     NullPointerException(const NullPointerException& other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     NullPointerException& operator=(const NullPointerException& other);
+    /** Frees the exception's own copy of its cause, down the whole chain. */
     ~NullPointerException() override;
     /** A new heap copy; the caller owns it. */
     NullPointerException* clone() const override;
 
     /** The offending address, or null. */
     void* invalidAddress() const;
-    /** Writes the argument name, " invalid address " and the address when it is not null, then the message.
+    /**
+     * Writes the argument name, " invalid address " and the address in lower-case hexadecimal when it
+     * is not null, then ", " and the message when there is one. Kept as it always was: only the low 32
+     * bits of the address are printed, read as a signed number, so an address with bit 31 set gets a
+     * "-" and the two's-complement magnitude.
      */
     void printMessage(QTextStream& s) const override;
 

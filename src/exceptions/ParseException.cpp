@@ -1,5 +1,7 @@
 #include "exceptions/ParseException.h"
 
+#include "compat/QtCompat.h"
+
 #include <QStringList>
 #include <QTextStream>
 
@@ -100,7 +102,7 @@ void ParseException::printMessage(QTextStream& s) const
 QString ParseException::showLocation(
     const QString& text, int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber)
 {
-    QStringList lines = text.split(QLatin1Char('\n'), QString::KeepEmptyParts, Qt::CaseSensitive);
+    QStringList lines = text.split(QLatin1Char('\n'), KeepEmptyParts, Qt::CaseSensitive);
     const int line = qMax(lineNumber, 0);
     const int column = qMax(columnNumber, 0);
     const int lastLine = lastLineNumber < 0 ? line : lastLineNumber;

@@ -17,6 +17,7 @@ public:
     UnexpectedTypeException(const UnexpectedTypeException& other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
     UnexpectedTypeException& operator=(const UnexpectedTypeException& other);
+    /** Frees the exception's own copy of its cause, down the whole chain. */
     ~UnexpectedTypeException() override;
     /** A new heap copy; the caller owns it. */
     UnexpectedTypeException* clone() const override;
@@ -25,7 +26,11 @@ public:
     const QString& unexpectedType() const;
     /** The type that was expected. */
     const QString& expectedType() const;
-    /** Writes "<found> not allowed", ", expected <type>" and ".<message>", each part only when known. */
+    /**
+     * Writes "<found> not allowed", ", expected <type>" and ".<message>" (no blank after the full
+     * stop), each part only when known. Kept as it always was: the argument name is stored but never
+     * printed.
+     */
     void printMessage(QTextStream& s) const override;
 
 private:

@@ -15,6 +15,7 @@ public:
     /** Creates the exception at @p lineNumber and @p columnNumber, with no known end. */
     XmlException(
         const QString& message, int lineNumber, int columnNumber, const ExceptionQt* cause = nullptr);
+    /** Frees the exception's own copy of its cause, down the whole chain. */
     ~XmlException() override;
     /** A new heap copy; the caller owns it. */
     XmlException* clone() const override;

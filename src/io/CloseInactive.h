@@ -41,7 +41,10 @@ public:
     bool deletesDevice() const { return mDeleteDevice; }
 
 protected Q_SLOTS:
-    /** Closes the device if it is open, deletes it when asked to, and forgets it. */
+    /**
+     * Closes the device if it is open, deletes it at once (not with deleteLater()) when asked to, also
+     * when its user had closed it already, and forgets it; the countdown is not restarted.
+     */
     void onTimeout();
 
 private:

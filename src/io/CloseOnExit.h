@@ -64,7 +64,10 @@ public:
     /** Closes the device, then deletes it. */
     ~CloseOnExit() override;
 
-    /** Deletes the device held so far without closing it first, then owns @p device. */
+    /**
+     * Deletes the device held so far, then owns @p device. Kept as it always was: unlike the
+     * destructor, this does not close the old device before deleting it.
+     */
     CloseOnExit& operator=(QIODevice* device);
 
 private:

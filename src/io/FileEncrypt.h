@@ -53,20 +53,29 @@ public:
         int mLength;
     };
 
-    /** Creates a device without a file name. */
+    /** A device without a file name; set one with setFileName() before open(). */
     explicit FileEncrypt(QObject* parent = nullptr);
-    /** Creates a device for the file @p name. */
+    /** A device for the file @p name; nothing is opened or read yet. */
     explicit FileEncrypt(const QString& name, QObject* parent = nullptr);
     /** Destroys the device; close() it first (the cipher is released here only as a safety net). */
     ~FileEncrypt() override;
 
-    /** Opens the file: an existing header is checked and continued, a new one is written for writing. */
+    /**
+     * Opens the file: an existing header is checked and its cipher continued from the start of the data;
+     * an empty or truncated file gets a new header and seed when opened for writing and is read plain
+     * (seed() 0) otherwise. A header this version cannot read closes the file, emits incompatible() and
+     * gives false; a device that is open already gives false. When appending, the new bytes are
+     * enciphered at their logical position behind the existing data.
+     */
     bool open(OpenMode mode) override;
     /** Closes the file and releases the cipher. */
     void close() override;
     /** The logical length: the file's length without the header while the cipher is active. */
     qint64 size() const override;
-    /** Puts the cipher at logical position @p pos and the file at raw offset @p pos (no header added). */
+    /**
+     * Puts the cipher at logical position @p pos and the file at raw offset @p pos; a seek to the current
+     * position changes nothing. Kept as it always was: the 8 header bytes are not added to the offset.
+     */
     bool seek(qint64 pos) override;
     /** Refused: an enciphered file cannot be resized. Always false. */
     bool resize(qint64 size) override;
@@ -81,11 +90,17 @@ Q_SIGNALS:
     void incompatible();
 
 protected:
-    /** Reads and deciphers. */
+    /** Reads and deciphers (plain while there is no cipher); -1 when the cipher fails. */
     qint64 readData(char* data, qint64 maxSize) override;
-    /** Reads one line of raw, still enciphered bytes. */
+    /**
+     * Reads one line of raw bytes; -1 at the end, as QFile's line reader gives. Kept as it always was:
+     * readLine() does not decipher, and leaves the cipher where it was.
+     */
     qint64 readLineData(char* data, qint64 maxSize) override;
-    /** Enciphers and writes. */
+    /**
+     * Enciphers and writes (plain while there is no cipher); -1, with nothing written, when the cipher
+     * refuses the data.
+     */
     qint64 writeData(const char* data, qint64 size) override;
 
 private:

@@ -1,5 +1,7 @@
 #include "io/QtSettingsAdaptor.h"
 
+#include "compat/QtCompat_p.h"
+
 #include <QSettings>
 
 #include <limits>
@@ -15,12 +17,12 @@ namespace
 QString toQt(const std::string& text)
 {
     const size_t length = qMin(text.size(), size_t(std::numeric_limits<int>::max()));
-    return QString::fromAscii(text.data(), int(length));
+    return compat::fromAscii(text.data(), int(length));
 }
 
 std::string fromQt(const QString& text)
 {
-    const QByteArray bytes = text.toAscii();
+    const QByteArray bytes = compat::toAscii(text);
     return std::string(bytes.constData(), size_t(bytes.size()));
 }
 

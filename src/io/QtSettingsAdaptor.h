@@ -42,7 +42,10 @@ public:
     void remove(const std::string& key) override;
     /** Stores @p value under @p key as a string. */
     void setValue(const std::string& key, const std::string& value) override;
-    /** The value under @p key in its string form, or @p defaultValue when there is none. */
+    /**
+     * The value under @p key in its string form, or @p defaultValue when there is none; a value stored
+     * by other means comes back as QVariant::toString() gives it (empty when it has no text form).
+     */
     std::string value(const std::string& key, const std::string& defaultValue) const override;
     /** Writes pending changes and reloads changes made elsewhere. */
     void sync() override;

@@ -1,5 +1,6 @@
 #include "kom/komQtConditionVariable.h"
 
+#include "compat/QtCompat_p.h"
 #include "kom/komQtLock.h"
 
 komQtConditionVariable::komQtConditionVariable(komQtLock* lock)
@@ -11,7 +12,8 @@ komQtConditionVariable::~komQtConditionVariable() = default;
 
 bool komQtConditionVariable::wait()
 {
-    return QWaitCondition::wait(mMutex);
+    // The mutex is always a komQtLock's.
+    return ko::compat::wait(*this, static_cast<ko::RecursionModeMutex*>(mMutex));
 }
 
 void komQtConditionVariable::signal()

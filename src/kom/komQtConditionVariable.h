@@ -16,12 +16,19 @@ class COREQT_EXPORT komQtConditionVariable : public QWaitCondition,
                                              public virtual komConditionVariableInterface
 {
 public:
-    /** A condition variable paired with @p lock (not owned; null pairs it with nothing). */
+    /**
+     * A condition variable paired with @p lock (not owned, and to outlive it); paired with nothing,
+     * for a null lock, wait() fails at once.
+     */
     explicit komQtConditionVariable(komQtLock* lock);
-    /** Destroys the condition variable. */
+    /** Destroys the condition variable; no thread may be waiting on it. */
     ~komQtConditionVariable() override;
 
-    /** Waits without time limit on the paired lock, which the caller holds; QWaitCondition::wait's result. */
+    /**
+     * Waits without time limit on the paired lock, which the caller holds; QWaitCondition::wait's result.
+     * Qt does not wait on a recursive mutex: with a recursive lock this returns false at once, after
+     * Qt's warning.
+     */
     bool wait() override;
     /** Wakes one waiter. */
     void signal() override;

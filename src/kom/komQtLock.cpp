@@ -1,7 +1,7 @@
 #include "kom/komQtLock.h"
 
-komQtLock::komQtLock(QMutex::RecursionMode mode)
-    : QMutex(mode)
+komQtLock::komQtLock(ko::RecursionModeMutex::RecursionMode mode)
+    : ko::RecursionModeMutex(mode)
 {
 }
 
@@ -9,10 +9,10 @@ komQtLock::~komQtLock() = default;
 
 void komQtLock::acquire()
 {
-    QMutex::lock();
+    lock();
 }
 
 void komQtLock::release()
 {
-    QMutex::unlock();
+    unlock();
 }

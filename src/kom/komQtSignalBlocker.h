@@ -11,7 +11,11 @@ class QObject;
 class COREQT_EXPORT komQtSignalBlocker
 {
 public:
-    /** Sets @p object's blocking to @p block, remembering the state before. */
+    /**
+     * Sets @p object's blocking to @p block, remembering the state before; nested blockers on one
+     * object, ended in reverse order, restore the state from before the first. A null object is left
+     * alone: the blocker then does nothing.
+     */
     komQtSignalBlocker(QObject* object, bool block);
     /** Gives the object back the state it had before. */
     ~komQtSignalBlocker();

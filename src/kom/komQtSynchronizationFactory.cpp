@@ -16,7 +16,7 @@ komThreadSpawnerInterface* komQtSynchronizationFactory::newThreadSpawner()
 
 komLockInterface* komQtSynchronizationFactory::newLock()
 {
-    return new komQtLock(QMutex::NonRecursive);
+    return new komQtLock(komQtLock::NonRecursive);
 }
 
 komConditionVariableInterface* komQtSynchronizationFactory::newConditionVariable(komLockInterface* lock)

@@ -10,7 +10,7 @@ class COREQT_EXPORT komQtSynchronizationFactory : public komObject,
                                                   public virtual komSynchronizationFactoryInterface
 {
 public:
-    /** A factory. */
+    /** A factory; it keeps no state, so one may serve the whole process. */
     komQtSynchronizationFactory();
     /** Destroys the factory; what it made lives on. */
     ~komQtSynchronizationFactory() override;
@@ -19,7 +19,11 @@ public:
     komThreadSpawnerInterface* newThreadSpawner() override;
     /** A new non-recursive komQtLock. */
     komLockInterface* newLock() override;
-    /** A komQtConditionVariable for a komQtLock; otherwise reports it and returns null. */
+    /**
+     * A komQtConditionVariable paired with @p lock, which must be a komQtLock; for a null lock or one
+     * of another implementation it reports "incompatible lock implementation!" through kom::terminal
+     * and returns null if that report returns.
+     */
     komConditionVariableInterface* newConditionVariable(komLockInterface* lock) override;
 
 private:

@@ -5,17 +5,17 @@
 
 #include <QMap>
 #include <QString>
+#include <QtContainerFwd>
 
-class QStringList;
 class komPerlStyleHash;
 class komStringList;
 
 namespace ko
 {
 
-/** The elements of @p list, in order, as middleware strings (local 8-bit). */
+/** The elements of @p list, in order, as middleware strings (local 8-bit, each cut at a zero character). */
 COREQT_EXPORT komStringList komStrList(const QStringList& list);
-/** The items of @p list, from index 0 upward, as Qt strings (local 8-bit). */
+/** The items of @p list, from index 0 upward, as Qt strings (local 8-bit); empty gives a null list. */
 COREQT_EXPORT QStringList qStrList(const komStringList& list);
 /** A middleware hash holding every entry of @p map, stored in the map's key order. */
 COREQT_EXPORT komPerlStyleHash komPSHash(const QMap<QString, QString>& map);

@@ -1,5 +1,7 @@
 #include "kom/koqdatetime.h"
 
+#include "compat/QtCompat_p.h"
+
 #include <QDateTime>
 
 namespace ko
@@ -11,7 +13,7 @@ namespace ko
 QDateTime dateTime(unsigned long long t)
 {
     QDateTime d;
-    d.setTime_t(static_cast<uint>(t / 1000000));
+    compat::setTime_t(d, static_cast<uint>(t / 1000000));
     return d;
 }
 
@@ -19,7 +21,7 @@ QDateTime toQDateTime(unsigned long long t)
 {
     const unsigned long long ms = t / 1000;
     const unsigned long long s = ms / 1000;
-    const QDateTime d = QDateTime::fromTime_t(static_cast<uint>(s));
+    const QDateTime d = compat::fromTime_t(static_cast<uint>(s));
     return d.addMSecs(static_cast<qint64>(ms - s * 1000));
 }
 
@@ -27,7 +29,7 @@ QDateTime toQDateTime(unsigned long long t, Qt::TimeSpec spec)
 {
     QDateTime d;
     d.setTimeSpec(spec);
-    d.setTime_t(static_cast<uint>(t / 1000 / 1000));
+    compat::setTime_t(d, static_cast<uint>(t / 1000 / 1000));
     // The millisecond remainder is deliberately not applied: this overload returns whole seconds and
     // callers rely on it; the overload without a spec keeps the milliseconds.
     return d;
@@ -35,12 +37,12 @@ QDateTime toQDateTime(unsigned long long t, Qt::TimeSpec spec)
 
 unsigned long long frameTime(const QDateTime& dt)
 {
-    return static_cast<unsigned long long>(dt.toTime_t()) * 1000000ULL;
+    return static_cast<unsigned long long>(compat::toTime_t(dt)) * 1000000ULL;
 }
 
 unsigned long long fromQDateTime(const QDateTime& dt)
 {
-    return (static_cast<unsigned long long>(dt.toTime_t()) * 1000 + dt.time().msec()) * 1000;
+    return (static_cast<unsigned long long>(compat::toTime_t(dt)) * 1000 + dt.time().msec()) * 1000;
 }
 
 unsigned long long fromQDateTime(const QDate& date, const QTime& time)

@@ -3,7 +3,8 @@
 
 #include "coreqt_export.h"
 
-class QStringList;
+#include <QtContainerFwd>
+
 class QTextStream;
 class komException;
 class komString;
@@ -11,9 +12,9 @@ class komStringList;
 
 /** Writes the middleware string @p s (local 8-bit); returns @p out. */
 COREQT_EXPORT QTextStream& operator<<(QTextStream& out, const komString& s);
-/** Writes the items of @p list separated by ","; returns @p out. */
+/** Writes the items of @p list separated by "," (no blank; nothing for an empty list); returns @p out. */
 COREQT_EXPORT QTextStream& operator<<(QTextStream& out, const komStringList& list);
-/** Writes the elements of @p list separated by ","; returns @p out. */
+/** Writes the elements of @p list separated by "," (no blank; nothing for an empty list); returns @p out. */
 COREQT_EXPORT QTextStream& operator<<(QTextStream& out, const QStringList& list);
 /** Writes the messages of @p e separated by ","; returns @p out. */
 COREQT_EXPORT QTextStream& operator<<(QTextStream& out, const komException& e);

@@ -21,7 +21,7 @@ namespace ko
 class COREQT_EXPORT DeviceStreamBuffer : public std::streambuf
 {
 public:
-    /** A buffer without a device. */
+    /** A buffer without a device: reads give end of file, writes fail and sync() succeeds. */
     DeviceStreamBuffer();
     /** A buffer on @p device, which must outlive it. */
     explicit DeviceStreamBuffer(QIODevice& device);

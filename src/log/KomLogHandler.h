@@ -16,21 +16,24 @@ namespace ko
 class COREQT_EXPORT KomLogHandler : public komStatusMessageHandlerInterface
 {
 public:
-    /** A handler with the given verbosity. */
+    /** A handler reporting @p verbosity to the processor; it is not registered anywhere yet. */
     explicit KomLogHandler(kom::StatusMessageType verbosity);
     /** Destroys the handler; it must no longer be registered. */
     ~KomLogHandler() override;
 
-    /** Writes one status message into the log; @p sender is not used. */
+    /**
+     * Writes one status message into the log at the level its type maps to; @p sender is not used.
+     * The handler's own verbosity is not looked at here: filtering is the processor's.
+     */
     void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject* sender) override;
     /** Sets the verbosity reported to the processor. */
     void setStatusMessageVerbosity(kom::StatusMessageType verbosity) override;
     /** The verbosity reported to the processor. */
     kom::StatusMessageType statusMessageVerbosity() const override;
 
-    /** The verbosity. */
+    /** The verbosity reported to the processor; the same as statusMessageVerbosity(). */
     kom::StatusMessageType verbosity() const;
-    /** Sets the verbosity. */
+    /** Sets the verbosity reported to the processor; the same as setStatusMessageVerbosity(). */
     void setVerbosity(kom::StatusMessageType verbosity);
 
     /** Sets the verbosity of the handler made by the last install(); nothing before the first install(). */

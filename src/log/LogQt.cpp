@@ -1,14 +1,12 @@
 #include "log/LogQt.h"
 
+#include "compat/QtCompat_p.h"
 #include "log/KomLogHandler.h"
 #include "log/StreambufDevice.h"
 
 #include <QLocale>
 #include <QString>
 #include <QtDebug>
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-#include <QTextCodec>
-#endif
 
 #include <algorithm>
 #include <atomic>
@@ -37,15 +35,6 @@ void countLine_locked(int slot)
 {
     std::atomic<quint64>& count = sLineCounts[slot];
     count.store(count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-}
-
-bool writesUtf8(const QTextStream& stream)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return stream.encoding() == QStringConverter::Utf8;
-#else
-    return stream.codec() && stream.codec()->mibEnum() == 106;
-#endif
 }
 
 } // namespace
@@ -137,22 +126,22 @@ void LogQt::setLogFile(const char* path, bool append)
 
 void LogQt::setLogFile(ELevel level, const QString& path, bool append)
 {
-    Log::setLogFile(level, path.toAscii().toStdString(), append);
+    Log::setLogFile(level, compat::toAscii(path).toStdString(), append);
 }
 
 void LogQt::setLogFile(const QString& path, bool append)
 {
-    Log::setLogFile(path.toAscii().toStdString(), append);
+    Log::setLogFile(compat::toAscii(path).toStdString(), append);
 }
 
 void LogQt::setStdOut(const QString& path, bool append, bool alsoStdErr)
 {
-    Log::setStdOut(path.toAscii().toStdString(), append, alsoStdErr);
+    Log::setStdOut(compat::toAscii(path).toStdString(), append, alsoStdErr);
 }
 
 void LogQt::setDefaultLogFile(const QString& path, bool append)
 {
-    Log::setDefaultLogFile(path.toAscii().toStdString(), append);
+    Log::setDefaultLogFile(compat::toAscii(path).toStdString(), append);
 }
 
 QTextStream* LogQt::getStream(ELevel level)
@@ -190,7 +179,7 @@ std::streambuf* LogQt::directTarget_locked(int slot)
     QTextStream* stream = streams[slot];
     TStreambufDevice<std::streambuf>* device = devices[slot];
     if (stream->device() != device || !device->isWritable() || stream->status() != QTextStream::Ok
-        || stream->fieldWidth() != 0 || stream->generateByteOrderMark() || !writesUtf8(*stream))
+        || stream->fieldWidth() != 0 || stream->generateByteOrderMark() || !compat::writesUtf8(*stream))
         return nullptr;
     return device->writeStreambuf() ? device->writeStreambuf() : device->streambuf();
 }
@@ -227,7 +216,7 @@ void LogQt::qtMsgHandler(QtMsgType type, const char* text)
 void LogQt::installQtHandler()
 {
     qDebug() << "Installing LogQt::qtMsgHandler...";
-    qInstallMsgHandler(&LogQt::qtMsgHandler);
+    compat::installMessageHandler(&LogQt::qtMsgHandler);
 }
 
 void LogQt::installKomHandler(kom::StatusMessageType verbosity)
@@ -284,6 +273,7 @@ LogLine::~LogLine()
             mStream->setStatus(QTextStream::WriteFailed);
     } else {
         // Only a line the text stream wrote may have changed its number flags (with a manipulator).
+        writePendingSurrogate();
         *mStream << Qt::endl;
         mStream->setNumberFlags(mNumberFlags);
     }
@@ -316,6 +306,40 @@ void LogLine::leaveDirect()
         *mStream << QString::fromUtf8(mBytes, int(mSize));
 }
 
+// Text for the text stream. Qt 5's UTF-8 encoder wrote '?' for a surrogate without its partner, Qt 6's
+// writes U+FFFD: such a surrogate is made '?' here, and a high one that ends the text is held back for
+// the low one that may start the next.
+void LogLine::writeUtf16(QStringView text)
+{
+    QString out;
+    out.reserve(text.size() + 1);
+    if (!mPendingHigh.isNull())
+        out += mPendingHigh;
+    out += text;
+    mPendingHigh = QChar();
+    if (!out.isEmpty() && out.at(out.size() - 1).isHighSurrogate()) {
+        mPendingHigh = out.at(out.size() - 1);
+        out.chop(1);
+    }
+    QChar* const c = out.data();
+    for (int i = 0; i < out.size(); ++i) {
+        if (c[i].isHighSurrogate() && i + 1 < out.size() && c[i + 1].isLowSurrogate())
+            ++i;
+        else if (c[i].isSurrogate())
+            c[i] = QLatin1Char('?');
+    }
+    *mStream << out;
+}
+
+// A high surrogate held back and not followed by its low one.
+void LogLine::writePendingSurrogate()
+{
+    if (mPendingHigh.isNull())
+        return;
+    mPendingHigh = QChar();
+    *mStream << QLatin1Char('?');
+}
+
 // Room for @p size more bytes at the end of the line's text.
 char* LogLine::room(qsizetype size)
 {
@@ -333,11 +357,6 @@ bool LogLine::appendCString(const char* text)
 {
     // A null pointer writes nothing, as the text stream does.
     const qsizetype size = text ? qsizetype(std::strlen(text)) : 0;
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    // Qt 6 reads character pointers as UTF-8 and mends broken sequences: such bytes take the stream's way.
-    if (std::any_of(text, text + size, [](char c) { return uchar(c) >= 0x80; }))
-        return false;
-#endif
     return appendLatin1(text, size);
 }
 

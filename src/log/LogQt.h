@@ -29,19 +29,22 @@ class TStreambufDevice;
  * Qt's and the middleware's messages into the log.
  *
  * The process-wide instance s_instance fronts ko::Log::instance(); the library
- * logs through it with ko::LogLine / LogQt::write().
+ * logs through it with ko::LogLine / LogQt::write(). File names given as QString
+ * pass through QString::toAscii() (Latin-1): other characters become '?'.
  */
 class COREQT_EXPORT LogQt : public Log
 {
 public:
-    /** A front of its own ko::Log part. */
+    /** A front of its own ko::Log part: every call goes to this object's own log. */
     LogQt();
     /** A front of @p log, which must outlive it. */
     explicit LogQt(Log& log);
     /** Releases the tables; the devices and text streams are left alive for late writers. */
     ~LogQt();
 
+    /** Not copyable: the per-level devices and text streams belong to one front. */
     LogQt(const LogQt&) = delete;
+    /** Not assignable, as it is not copyable. */
     LogQt& operator=(const LogQt&) = delete;
 
     /** The process-wide front of ko::Log::instance(), constructed when the library is loaded. */
@@ -59,30 +62,33 @@ public:
     void setDebugLogLevel();
     /** Threshold 1. */
     void setMessageLogLevel();
-    /** Threshold 2 (the same as setWarningLogLevel()). */
+    /** Threshold 2. Kept as it always was: the same level as setWarningLogLevel(). */
     void setImportantLogLevel();
-    /** Threshold 2. */
+    /** Threshold 2, which setImportantLogLevel() sets too. */
     void setWarningLogLevel();
     /** Threshold 3. */
     void setErrorLogLevel();
     /** Threshold 4. */
     void setFatalErrorLogLevel();
-    /** Sets the fronted log's stream of @p level. */
+    /** Sets the fronted log's stream of @p level, owned by it when @p takeOwnership; null silences it. */
     void setStream(ELevel level, std::ostream* stream, bool takeOwnership);
-    /** Sends the fronted log's @p level to the file @p path. */
+    /** Sends the fronted log's @p level to the file @p path, appended to or truncated. */
     void setLogFile(ELevel level, const char* path, bool append);
-    /** Sends every level of the fronted log to the file @p path. */
+    /** Sends every level of the fronted log to the file @p path, appended to or truncated. */
     void setLogFile(const char* path, bool append);
     /**
      * Sends @p level of this object's own ko::Log part (not the fronted log) to @p path.
      * Kept apart from the const char* overload on purpose: callers rely on the difference.
      */
     void setLogFile(ELevel level, const QString& path, bool append);
-    /** Sends every level of this object's own ko::Log part (not the fronted log) to @p path. */
+    /**
+     * Sends every level of this object's own ko::Log part (not the fronted log) to @p path; kept apart
+     * from the const char* overload, as the one-level form is.
+     */
     void setLogFile(const QString& path, bool append);
     /** Redirects the process's standard output (and error) to @p path; see ko::Log::setStdOut. */
     static void setStdOut(const QString& path, bool append, bool alsoStdErr);
-    /** Sends every level of the process-wide log to @p path. */
+    /** Sends every level of the process-wide log, ko::Log::instance(), to @p path. */
     static void setDefaultLogFile(const QString& path, bool append);
 
     /**
@@ -106,7 +112,11 @@ public:
      */
     static quint64 lineCount(ELevel level);
 
-    /** Qt message handler: warnings, critical and fatal messages go to levels 2, 3, 4 with " Qt> ". */
+    /**
+     * Qt message handler: warnings, critical and fatal messages go to ko::Log::instance() at levels 2,
+     * 3, 4 with " Qt> " after the prefix; debug, info and other messages are dropped. A fatal message
+     * does not end the process here: that is left to Qt.
+     */
     static void qtMsgHandler(QtMsgType type, const char* text);
     /** Announces itself through qDebug(), then installs qtMsgHandler() as Qt's message handler. */
     static void installQtHandler();
@@ -144,7 +154,9 @@ public:
     /** Ends the line and releases the log mutex. */
     ~LogLine();
 
+    /** Not copyable: a line holds the log mutex until it ends. */
     LogLine(const LogLine&) = delete;
+    /** Not assignable, as it is not copyable. */
     LogLine& operator=(const LogLine&) = delete;
 
     /**
@@ -162,7 +174,19 @@ public:
     {
         if (mStream && !(mTarget && appendDirect(value))) {
             leaveDirect();
-            *mStream << value;
+            using Plain = std::decay_t<T>;
+            if constexpr (std::is_same_v<T, QString> || std::is_same_v<T, QStringView>) {
+                writeUtf16(value);
+            } else if constexpr (std::is_same_v<T, QChar>) {
+                writeUtf16(QStringView(&value, 1));
+            } else {
+                writePendingSurrogate();
+                // Character pointers are Latin-1, as Qt 5's text stream reads them (Qt 6's reads UTF-8).
+                if constexpr (std::is_same_v<Plain, const char*> || std::is_same_v<Plain, char*>)
+                    *mStream << QLatin1String(value);
+                else
+                    *mStream << value;
+            }
         }
         return *this;
     }
@@ -203,6 +227,8 @@ private:
     bool appendUtf16(const QChar* text, qsizetype size);
     bool appendInteger(qulonglong magnitude, bool negative);
     void leaveDirect();
+    void writeUtf16(QStringView text);
+    void writePendingSurrogate();
 
     MutexLocker mLocker;
     QTextStream* mStream = nullptr; // the level's text stream; null for an inactive or a marked line
@@ -218,6 +244,7 @@ private:
     qsizetype mCapacity = sizeof mInline;
     std::unique_ptr<char[]> mHeap;
     char mInline[480];
+    QChar mPendingHigh; // a high surrogate that ended the last text, held back for its low one; or null
 };
 
 } // namespace ko

@@ -25,9 +25,17 @@ public:
     /** Releases the storage only: objects held blocked stay blocked. */
     virtual ~BlockSignals();
 
-    /** Replaces the group; a group held blocked is given back its states first. The new group is not blocked. */
+    /**
+     * Replaces the group; a group held blocked is given back its states first. The new group is not
+     * blocked.
+     */
     void set(const QList<QObject*>& objects);
-    /** Blocks the group (true), remembering each object's state, or gives the remembered states back (false). */
+    /**
+     * Blocks the group (true), remembering each object's state, or gives the remembered states back
+     * (false); without remembered states for the whole group, false unblocks every object. Kept as it
+     * always was: a second block(true) remembers every object as blocked, so the following block(false)
+     * leaves them all blocked.
+     */
     void block(bool on);
     /** The group, in the caller's order. */
     const QList<QObject*>& objects() const { return mObjects; }

@@ -44,7 +44,11 @@ struct COREQT_EXPORT SignalConnection
     Qt::ConnectionType type;
 };
 
-/** QObject::connect; a failure is logged at level 3 with both classes and both method codes. */
+/**
+ * QObject::connect of two method codes; a failure is logged at level 3 with both class names and the
+ * codes as given, such as "Connect QTimer.2timeout() to Player.1play() failed." (a null object shows
+ * as "(null)").
+ */
 COREQT_EXPORT bool connect(const QObject* sender, const char* signal, const QObject* receiver,
     const char* method, Qt::ConnectionType type = Qt::AutoConnection);
 /** Connects the five fields of @p conn. */
@@ -60,29 +64,36 @@ COREQT_EXPORT bool connect(
 
 /**
  * QObject::disconnect (null is "any"); a failure is logged at level 3 only when all four
- * arguments are given.
+ * arguments are given. Kept as it always was, unlike connect(): a wildcard disconnect that finds
+ * nothing to break is normal and logs nothing.
  */
 COREQT_EXPORT bool disconnect(
     const QObject* sender, const char* signal, const QObject* receiver, const char* method);
 /** Disconnects the connection @p conn names; its type is ignored. */
 COREQT_EXPORT bool disconnect(const SignalConnection& conn);
-/** Disconnects everything from @p sender to @p receiver. */
+/** Disconnects everything from @p sender to @p receiver; a wildcard disconnect, never logged. */
 COREQT_EXPORT bool disconnect(const QObject* sender, const QObject* receiver);
-/** Disconnects everything connected to @p sender's @p signal. */
+/** Disconnects everything connected to @p sender's @p signal; a wildcard disconnect, never logged. */
 COREQT_EXPORT bool disconnectFrom(const QObject* sender, const char* signal);
-/** Disconnects everything connected to @p receiver's @p method. */
+/** Disconnects everything connected to @p receiver's @p method; a wildcard disconnect, never logged. */
 COREQT_EXPORT bool disconnectTo(const QObject* receiver, const char* method);
-/** Disconnects everything connected to @p s. */
+/** Disconnects everything connected to @p s; a wildcard disconnect, never logged. */
 COREQT_EXPORT bool disconnectFrom(const QtSignal& s);
-/** Disconnects everything connected to @p r. */
+/** Disconnects everything connected to @p r; a wildcard disconnect, never logged. */
 COREQT_EXPORT bool disconnectTo(const QtSlot& r);
 /** Disconnects @p s from @p receiver's @p method. */
 COREQT_EXPORT bool disconnect(const QtSignal& s, const QObject* receiver, const char* method);
 
-/** True when @p object's class declares @p signal (a method code); otherwise logs at level 2. */
+/**
+ * True when @p object's class declares @p signal (a method code, normalised before the lookup);
+ * otherwise logs "Signal not found: <class>::<signal as given>" at level 2.
+ */
 COREQT_EXPORT bool existsSignal(const QObject* object, const char* signal);
 
-/** QMetaObject::invokeMethod of the bare method name @p member; a failure is logged at level 3. */
+/**
+ * QMetaObject::invokeMethod of the bare method name @p member (no digit, no argument list); a failure
+ * is logged at level 3, "invokeMethod <class>.<member> failed.".
+ */
 COREQT_EXPORT bool invoke(QObject* object, const char* member, Qt::ConnectionType type,
     QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
     QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
@@ -104,7 +115,11 @@ COREQT_EXPORT bool invokeQueued(QObject* object, const char* member,
     QGenericArgument val6 = QGenericArgument(), QGenericArgument val7 = QGenericArgument(),
     QGenericArgument val8 = QGenericArgument(), QGenericArgument val9 = QGenericArgument());
 
-/** Invokes the slot given by its method code @p slot ("1name(args)"); a failure is logged at level 3. */
+/**
+ * Invokes the slot given by its method code @p slot ("1name(args)"); only slots are found, not
+ * signals or other invokable methods of that signature. A failure is logged at level 3,
+ * "invokeMethod <class>.<slot as given> failed.".
+ */
 COREQT_EXPORT bool invokeSlot(QObject* object, const char* slot, Qt::ConnectionType type,
     QGenericArgument val0 = QGenericArgument(), QGenericArgument val1 = QGenericArgument(),
     QGenericArgument val2 = QGenericArgument(), QGenericArgument val3 = QGenericArgument(),
@@ -132,7 +147,7 @@ class COREQT_EXPORT StSignals
 public:
     /** An empty record. */
     StSignals();
-    /** Releases the record. */
+    /** Releases the record; undoing is the derived classes' business. */
     virtual ~StSignals();
 
     /** The record: each connection with its undo flag, in call order. */
@@ -159,8 +174,12 @@ public:
     explicit StConnectSignals(const StSignals& other);
     /** The same for another connecting set: its connections are made once more. */
     StConnectSignals(const StConnectSignals& other) : StConnectSignals(static_cast<const StSignals&>(other)) {}
+    /** Not assignable: a set undoes its own connections only. */
     StConnectSignals& operator=(const StConnectSignals&) = delete;
-    /** Disconnects every recorded connection, first one first. */
+    /**
+     * Disconnects every recorded connection, first one first; an entry whose object was destroyed
+     * meanwhile breaks nothing and logs nothing of its own (Qt warns about the null object).
+     */
     ~StConnectSignals() override;
 
     /** Connects @p conn and records it, whether the connect succeeded or not. */
@@ -186,8 +205,12 @@ public:
         : StDisconnectSignals(static_cast<const StSignals&>(other))
     {
     }
+    /** Not assignable: a set restores its own connections only. */
     StDisconnectSignals& operator=(const StDisconnectSignals&) = delete;
-    /** Reconnects, first one first, every connection that was really broken, with its own type. */
+    /**
+     * Reconnects, first one first, every connection that was really broken, with its own type. An
+     * entry whose object was destroyed meanwhile (outside the class's use) fails and is logged.
+     */
     ~StDisconnectSignals() override;
 
     /** Disconnects @p conn and records whether a connection was broken. */

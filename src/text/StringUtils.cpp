@@ -1,5 +1,7 @@
 #include "text/StringUtils.h"
 
+#include "compat/QtCompat_p.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QRegExp>
@@ -41,11 +43,11 @@ template <typename Items> void insertAll(QSet<QString>& set, const Items& items,
 }
 
 template <typename Texts, typename Separator>
-QStringList splitEach(const Texts& texts, const Separator& separator, QString::SplitBehavior behavior)
+QStringList splitEach(const Texts& texts, const Separator& separator, SplitBehavior behavior)
 {
     QStringList parts;
     for (const QString& text : texts)
-        parts += text.split(separator, behavior);
+        parts += compat::split(text, separator, behavior);
     return parts;
 }
 
@@ -96,10 +98,11 @@ bool readableWithin(QDataStream& s, int levels)
     quint32 type = 0;
     qint8 isNull = 0;
     s >> type >> isNull;
-    if (type == QMetaType::User) {
+    // Qt 6 reads a type name after either marker: Qt 5's, and its own QMetaType::User.
+    if (type == compat::kStreamUserType || type == quint32(QMetaType::User)) {
         QByteArray name;
         s >> name;
-        type = quint32(QMetaType::type(name.constData()));
+        type = quint32(compat::typeId(name.constData()));
     }
     const bool keyed = type == QMetaType::QVariantMap || type == QMetaType::QVariantHash;
     if (!keyed && type != QMetaType::QVariantList) {
@@ -155,6 +158,9 @@ StringUtils::StringUtils()
     , mStream(&mBuffer)
 {
     mBuffer.open(QIODevice::ReadWrite);
+    // Qt 5.15's format whatever Qt the library runs on, so that the texts of serialised values are
+    // the same and read back in either.
+    mStream.setVersion(QDataStream::Qt_5_15);
 }
 
 bool StringUtils::equalsIgnoreCase(const QString& a, const QString& b)
@@ -249,32 +255,32 @@ QString StringUtils::truncate(const QString& text, int maxLength, QFlags<Qt::Ali
 }
 
 QStringList StringUtils::splitStringList(
-    const QString& text, const QRegExp& separator, QString::SplitBehavior behavior)
+    const QString& text, const QRegExp& separator, SplitBehavior behavior)
 {
-    return text.split(separator, behavior);
+    return compat::split(text, separator, behavior);
 }
 
 QStringList StringUtils::splitStringList(
-    const QStringList& texts, const QString& separator, QString::SplitBehavior behavior)
+    const QStringList& texts, const QString& separator, SplitBehavior behavior)
 {
     return splitEach(texts, separator, behavior);
 }
 
 QStringList StringUtils::splitStringList(
-    const QStringList& texts, const QRegExp& separator, QString::SplitBehavior behavior)
+    const QStringList& texts, const QRegExp& separator, SplitBehavior behavior)
 {
     return splitEach(texts, separator, behavior);
 }
 
 QSet<QString> StringUtils::splitStringSet(
-    const QString& text, const QRegExp& separator, QString::SplitBehavior behavior)
+    const QString& text, const QRegExp& separator, SplitBehavior behavior)
 {
-    const QStringList parts = text.split(separator, behavior);
+    const QStringList parts = compat::split(text, separator, behavior);
     return QSet<QString>(parts.cbegin(), parts.cend());
 }
 
 QSet<QString> StringUtils::splitStringSet(
-    const QStringList& texts, const QRegExp& separator, QString::SplitBehavior behavior)
+    const QStringList& texts, const QRegExp& separator, SplitBehavior behavior)
 {
     const QStringList parts = splitEach(texts, separator, behavior);
     return QSet<QString>(parts.cbegin(), parts.cend());
@@ -309,14 +315,13 @@ void StringUtils::splitKeyValue(const QString& text, QString& key, QString& valu
 QStringList StringUtils::splitScript(
     const QString& script, const QString& commentMarker, const QString& separator)
 {
-    return stripCommentLines(script, commentMarker)
-        .split(separator, QString::SkipEmptyParts, Qt::CaseSensitive);
+    return stripCommentLines(script, commentMarker).split(separator, SkipEmptyParts, Qt::CaseSensitive);
 }
 
 QString StringUtils::stripCommentLines(const QString& text, const QString& commentMarker)
 {
     QString result;
-    const QStringList lines = text.split(QLatin1Char('\n'), QString::KeepEmptyParts);
+    const QStringList lines = text.split(QLatin1Char('\n'), KeepEmptyParts);
     for (QString line : lines) {
         const int i = line.indexOf(commentMarker);
         if (i == 0)
@@ -479,12 +484,12 @@ QString StringUtils::toHex(const QByteArray& data, bool upperCase, const QString
 
 QString StringUtils::encodeBase64(const QByteArray& data)
 {
-    return QString::fromAscii(data.toBase64().constData());
+    return compat::fromAscii(data.toBase64().constData());
 }
 
 QString StringUtils::encodeBase64(const QString& text)
 {
-    return encodeBase64(text.toAscii());
+    return encodeBase64(compat::toAscii(text));
 }
 
 QString StringUtils::encodeBase64(const char* data, int length)
@@ -495,7 +500,7 @@ QString StringUtils::encodeBase64(const char* data, int length)
 QString StringUtils::decodeBase64(const QString& text)
 {
     // Read up to the first zero byte: the function is meant for text, binary data is cut there.
-    return QString::fromAscii(QByteArray::fromBase64(text.toAscii()).constData());
+    return compat::fromAscii(QByteArray::fromBase64(compat::toAscii(text)).constData());
 }
 
 unsigned int StringUtils::decodeUtf8(const char*& p)
@@ -551,22 +556,22 @@ bool StringUtils::toBool(const QString& text, bool* ok)
 {
     const QVariant variant(text);
     if (ok)
-        *ok = variant.canConvert(QVariant::Bool);
+        *ok = compat::canConvert(variant, QMetaType::Bool);
     return variant.toBool();
 }
 
-QVariant StringUtils::toVariant(const QString& text, QVariant::Type type)
+QVariant StringUtils::toVariant(const QString& text, VariantType type)
 {
-    if (type == QVariant::StringList)
-        return QVariant(text.split(QLatin1Char('\n'), QString::KeepEmptyParts));
+    if (int(type) == QMetaType::QStringList)
+        return QVariant(text.split(QLatin1Char('\n'), KeepEmptyParts));
     QVariant variant(text);
-    if (variant.canConvert(int(type)) && variant.convert(int(type)))
+    if (compat::convert(variant, int(type)))
         return variant;
     // The buffer is rewound but not emptied: the bytes are appended behind what an earlier call left,
     // and the first value the buffer holds is read. Kept because callers rely on it (one instance
     // per value converts back correctly).
     mBuffer.reset();
-    mBuffer.buffer().append(QByteArray::fromBase64(text.toAscii()));
+    mBuffer.buffer().append(QByteArray::fromBase64(compat::toAscii(text)));
     // The text may come from anywhere: whatever Qt cannot read, or could not write again, gives an
     // invalid value, including lengths that ask for more memory than there is.
     try {
@@ -586,11 +591,11 @@ QVariant StringUtils::toVariant(const QString& text, QVariant::Type type)
 
 QString StringUtils::toString(const QVariant& value)
 {
-    if (value.isNull() || value.type() == QVariant::Invalid)
+    if (compat::isNull(value) || !value.isValid())
         return emptyString();
-    if (value.canConvert(QVariant::String))
+    if (compat::canConvert(value, QMetaType::QString))
         return value.toString();
-    if (value.canConvert(QVariant::StringList))
+    if (compat::canConvert(value, QMetaType::QStringList))
         return value.toStringList().join(QLatin1Char('\n'));
     // A value Qt cannot serialise is outside the contract; it gives the text of an invalid value.
     if (!writable(value))

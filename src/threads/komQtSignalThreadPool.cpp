@@ -1,5 +1,6 @@
 #include "threads/komQtSignalThreadPool.h"
 
+#include "compat/QtCompat_p.h"
 #include "log/LogQt.h"
 #include "signals/SignalUtils.h"
 #include "threads/CaughtException_p.h"
@@ -42,7 +43,7 @@ struct komQtSignalWorkerThread::AttachedNames
 
 komQtSignalWorkerThread::komQtSignalWorkerThread(const QString& name, QObject* parent)
     : QThread(parent)
-    , mMutex(std::make_unique<QMutex>(QMutex::Recursive))
+    , mMutex(std::make_unique<RecursionModeMutex>(RecursionModeMutex::Recursive))
     , mLoad(0)
     , mNames(std::make_unique<AttachedNames>())
 {
@@ -278,7 +279,7 @@ void komQtSignalThreadPool::detachFromThread(QObject* object, QThread* target)
 void komQtSignalThreadPool::discardThread(komQtSignalWorkerThread* thread)
 {
     if (QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance(thread))
-        dispatcher->flush();
+        compat::flush(dispatcher);
     thread->exit(0);
     if (!thread->wait(2000)) {
         // Left alive on purpose: it stays a child of the pool.

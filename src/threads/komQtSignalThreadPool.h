@@ -1,6 +1,7 @@
 #ifndef KO_KOMQTSIGNALTHREADPOOL_H
 #define KO_KOMQTSIGNALTHREADPOOL_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 #include "threads/PoolSnapshot.h"
 
@@ -11,8 +12,6 @@
 
 #include <atomic>
 #include <memory>
-
-class QMutex;
 
 namespace ko
 {
@@ -38,7 +37,7 @@ public:
 
     /**
      * Moves @p object into this thread and records it; call it from the thread that owns
-     * @p object. A null object is refused with a warning.
+     * @p object. A null object is refused with a warning; an object attached twice gets two entries.
      */
     void attach(QObject* object);
     /**
@@ -48,7 +47,7 @@ public:
     void detach(QObject* object, QThread* target = nullptr);
     /** Forgets the object at @p index, moving it as detach(QObject*, QThread*) does; a bad index is ignored. */
     void detach(int index, QThread* target = nullptr);
-    /** Position of @p object among the attached objects, or -1. */
+    /** Position of the first entry of @p object among the attached objects, or -1. */
     int indexOf(QObject* object) const;
     /** Number of attached entries, destroyed objects included; read without a lock. */
     int load() const;
@@ -59,11 +58,18 @@ public:
     SignalWorkerSnapshot snapshot() const;
 
 protected Q_SLOTS:
-    /** Connected to each attached object's destroyed(QObject*). */
+    /**
+     * Connected to each attached object's destroyed(QObject*). Kept as it always was: Qt clears the
+     * guarded entry before the signal arrives, so the entry is rarely found and a destroyed object
+     * stays as a null entry that keeps counting in load().
+     */
     void attachedDestroyed(QObject* object);
 
 protected:
-    /** Runs the event loop; anything escaping it is logged at level 4 and ends the thread. */
+    /**
+     * Runs the event loop; anything escaping it is logged at level 4 and ends the thread, which then
+     * logs "<name> finished." at level 1.
+     */
     void run() override;
 
 private:
@@ -73,7 +79,7 @@ private:
     void syncLoad_locked();
     void removeAt_locked(int index);
 
-    std::unique_ptr<QMutex> mMutex;
+    std::unique_ptr<RecursionModeMutex> mMutex;
     QList<QPointer<QObject>> mAttached;
     std::atomic<int> mLoad; // mAttached.size(), readable from any thread
     std::unique_ptr<AttachedNames> mNames; // in step with mAttached
@@ -94,7 +100,10 @@ public:
     /** Stops and deletes the workers, newest first. */
     ~komQtSignalThreadPool() override;
 
-    /** The process-wide pool "SignalThreadPool" (4 threads, low priority), created on first call. */
+    /**
+     * The process-wide pool "SignalThreadPool" (4 threads, low priority), created on first call; like
+     * the rest of the pool, for the thread that owns it only.
+     */
     static komQtSignalThreadPool* globalInstance();
     /** Deletes the process-wide pool; false when there was none. */
     static bool deleteGlobalInstance();
@@ -110,13 +119,25 @@ public:
     /** The workers, in creation order. */
     const QList<komQtSignalWorkerThread*>& threads() const { return mThreads; }
 
-    /** The worker that should take the next object: an idle one, else a new one, else the least loaded. */
+    /**
+     * The worker that should take the next object: the first one with nothing attached, else a new
+     * one below the maximum, else the least loaded (the earliest on ties); stopped workers are
+     * discarded first. New workers are named "<pool>-Thread-<n>" with n one more than the number of
+     * workers, so a name may be given again after a discard: names are labels, not identities.
+     */
     komQtSignalWorkerThread* allocateThread();
     /** Attaches @p object to the worker chosen by allocateThread(); refuses a null one with a warning. */
     void attachToThread(QObject* object);
-    /** Asks every worker to detach @p object, handing it to @p target. */
+    /**
+     * Asks every worker to detach @p object, handing it to @p target. Called from any thread but the
+     * object's worker, this only forgets the object, which stays in its worker's thread.
+     */
     void detachFromThread(QObject* object, QThread* target = nullptr);
-    /** Ends one worker's event loop, waits up to 2000 ms and deletes it; the list is the caller's business. */
+    /**
+     * Ends one worker's event loop, waits up to 2000 ms and deletes it; the list is the caller's business.
+     * A worker that does not end in time is left alive, as a child of the pool, after the level-2 line
+     * "Thread not properly deleted".
+     */
     void discardThread(komQtSignalWorkerThread* thread);
 
     /**

@@ -47,12 +47,12 @@ template <class Query> bool anyOf(const QList<komQtWorkerThread*>& threads, Quer
 
 komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* parent)
     : QObject(parent)
-    , mLock(std::make_unique<komQtLock>(QMutex::Recursive))
+    , mLock(std::make_unique<komQtLock>(komQtLock::Recursive))
     , mMaxThreads(maxThreads)
     , mActivity(std::make_unique<JobPoolActivity>(name, maxThreads))
 {
     setObjectName(name);
-    mIdleSince.start();
+    mIdleSince = QTime::currentTime();
     // Announced although the pool has no worker yet, before anyone can listen: kept as it is.
     Q_EMIT idle();
 }
@@ -225,7 +225,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
                 exitLoop(loop, jobId);
         }
         if (!wasIdle && !mIdleThreads.isEmpty()) {
-            mIdleSince.start();
+            mIdleSince = QTime::currentTime();
             Q_EMIT idle();
         }
     }
@@ -258,7 +258,7 @@ void komQtThreadPool::discardThread(komQtWorkerThread* thread)
     }
     // Discarding only shrinks the idle list, so this never fires; kept as the other slots have it.
     if (!wasIdle && isIdle()) {
-        mIdleSince.start();
+        mIdleSince = QTime::currentTime();
         Q_EMIT idle();
     }
 }
@@ -449,7 +449,13 @@ JobPoolSnapshot komQtThreadPool::snapshot_locked() const
     JobPoolSnapshot snapshot;
     mActivity->describe(&snapshot);
     snapshot.idle = !mIdleThreads.isEmpty();
-    snapshot.idleSinceMs = snapshot.idle && mIdleSince.isValid() ? mIdleSince.elapsed() : -1;
+    if (snapshot.idle && mIdleSince.isValid()) {
+        // Milliseconds since the time of day the pool went idle, over midnight as QTime::elapsed() counts.
+        const int msecsPerDay = 86400000;
+        snapshot.idleSinceMs = (mIdleSince.msecsTo(QTime::currentTime()) + msecsPerDay) % msecsPerDay;
+    } else {
+        snapshot.idleSinceMs = -1;
+    }
     for (const QList<komQtWorkerThread*>* list : { &mIdleThreads, &mBusyThreads }) {
         for (const komQtWorkerThread* thread : *list) {
             snapshot.workers.append(thread->snapshot());

@@ -1,14 +1,13 @@
 #include "threads/komQtWorkerThread.h"
 
+#include "compat/QtCompat_p.h"
 #include "log/LogQt.h"
 #include "threads/CaughtException_p.h"
 #include "threads/IRunnable.h"
 #include "threads/JobActivity_p.h"
 
-#include <QDateTime>
 #include <QMutex>
 #include <QMutexLocker>
-#include <QTime>
 #include <QWaitCondition>
 
 #include <algorithm>
@@ -23,46 +22,9 @@ namespace ko
 namespace
 {
 
-constexpr int msecsPerDay = 86400000;
-
 komQtWorkerThread::SchedulePriority masked(int priority)
 {
     return komQtWorkerThread::SchedulePriority(priority & komQtThreadPool::SchedulePriorityMask);
-}
-
-// The local time of day, as QTime::currentTime() gives it, for a job timer started before every
-// job. QTime::currentTime() converts to local time on each call, and the C library then checks
-// the time zone file each time (a file system call unless TZ is set), which would cost more than
-// the job pool's own work per job. The offset from UTC is looked up at most once a second per
-// thread instead; a time zone or daylight saving change is seen within that second.
-// @p monotonicNs, when given, receives the same instant on the monotonic clock of the job's running
-// time, from an offset between the two clocks that is looked up with the other: the job's start
-// costs no clock read of its own.
-QTime currentLocalTime(qint64* monotonicNs = nullptr)
-{
-    thread_local qint64 offsetValidFrom = 0;
-    thread_local qint64 offsetValidUntil = 0;
-    thread_local qint64 offsetMsecs = 0;
-    thread_local qint64 monotonicOffsetNs = 0;
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    if (now < offsetValidFrom || now >= offsetValidUntil) {
-        offsetMsecs = qint64(QDateTime::fromMSecsSinceEpoch(now).offsetFromUtc()) * 1000;
-        monotonicOffsetNs = monotonicNsecs() - now * 1000000;
-        offsetValidFrom = now;
-        offsetValidUntil = now + 1000;
-    }
-    if (monotonicNs)
-        *monotonicNs = now * 1000000 + monotonicOffsetNs;
-    return QTime::fromMSecsSinceStartOfDay(
-        int(((now + offsetMsecs) % msecsPerDay + msecsPerDay) % msecsPerDay));
-}
-
-// What QTime::elapsed() gives for @p start (a start later in the day than now counts as one on the
-// day before), read against currentLocalTime().
-int elapsedSince(const QTime& start)
-{
-    const int msecs = start.msecsTo(currentLocalTime());
-    return msecs < 0 ? msecs + msecsPerDay : msecs;
 }
 
 // Gives the calling worker thread a job's priority with QThread::setPriority(), before every job.
@@ -126,9 +88,9 @@ void komQtWorkerThread::JobEntry::clear()
 komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
     : QThread(parent)
     , mWaitCondition(new QWaitCondition)
-    , mWaitMutex(new QMutex(QMutex::NonRecursive))
-    , mQueueMutex(new QMutex(QMutex::NonRecursive))
-    , mJobTimer(new QTime)
+    , mWaitMutex(new QMutex)
+    , mQueueMutex(new QMutex)
+    , mJobTimer(new JobTimer)
     , mShutDown(false)
     , mActivity(std::make_shared<WorkerActivity>(name))
 {
@@ -349,8 +311,7 @@ bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
 
 void komQtWorkerThread::runJob(const JobEntry& entry)
 {
-    qint64 startNs = 0;
-    *mJobTimer = currentLocalTime(&startNs); // as QTime::start() would set it
+    const qint64 startNs = compat::startJobTimer(*mJobTimer);
     mActivity->start(entry.jobId, entry.priority, startNs);
     Q_EMIT jobStarted(entry.jobId);
     try {
@@ -360,7 +321,7 @@ void komQtWorkerThread::runJob(const JobEntry& entry)
         // its workers, and ends like any other job.
         logCaughtException(Log::Error, objectName());
     }
-    const int elapsed = elapsedSince(*mJobTimer); // the job may have restarted its timer
+    const int elapsed = compat::jobTimerElapsed(*mJobTimer); // the job may have restarted its timer
     {
         // Cleared before the end is announced, so that a caller woken by the end never sees the
         // job still running.

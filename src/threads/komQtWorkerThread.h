@@ -1,6 +1,7 @@
 #ifndef KO_KOMQTWORKERTHREAD_H
 #define KO_KOMQTWORKERTHREAD_H
 
+#include "compat/QtCompat.h"
 #include "coreqt_export.h"
 #include "platform/kom/komSmart.h"
 #include "threads/PoolSnapshot.h"
@@ -13,7 +14,6 @@
 #include <memory>
 
 class QMutex;
-class QTime;
 class QWaitCondition;
 
 namespace ko
@@ -55,7 +55,7 @@ public:
 
         /** The pool-wide job id; -1 when the entry holds no job. */
         int jobId;
-        /** The job. */
+        /** The job's handle, one of the references that keep the job alive. */
         kom::smart<IRunnable> runnable;
         /** Scheduling priority, also the thread's priority while the job runs. */
         SchedulePriority priority;
@@ -75,13 +75,24 @@ public:
     /** On different priorities the higher first, otherwise the greater id first. */
     static bool lessThanByLifoPriority(const JobEntry& a, const JobEntry& b);
 
-    /** Queues @p runnable under @p jobId and wakes the thread; a QObject job is moved to this thread. */
+    /**
+     * Queues @p runnable under @p jobId and wakes the thread; a QObject job is moved to this thread.
+     * The job goes to the back of the queue whatever its priority (see insertIndexOf()); the priority
+     * only sets the thread's priority while the job runs.
+     */
     void schedule(int jobId, kom::smart<IRunnable> runnable, SchedulePriority priority);
-    /** Sets the abort flag of the queued job @p jobId and drops it; false when it is not queued. */
+    /**
+     * Sets the abort flag of the queued job @p jobId and drops it, so it sends neither jobStarted() nor
+     * jobFinished(); false when it is not queued (a running job is not touched).
+     */
     bool requestAbort(int jobId);
-    /** Moves the queued job @p jobId to the place @p priority gives it; it keeps its old priority. */
+    /**
+     * Moves the queued job @p jobId to the place insertIndexOf(@p priority) gives it, which is the back of
+     * the queue; true when it is queued. Kept as it always was: the job keeps the priority it was scheduled
+     * with, only its place changes. An id below 1 and a running job give false.
+     */
     bool changePriority(int jobId, SchedulePriority priority);
-    /** True while a job runs. */
+    /** True while a job with an id of 1 or more runs. */
     bool isRunning() const;
     /** True while job @p jobId runs. */
     bool isRunning(int jobId) const;
@@ -89,25 +100,38 @@ public:
     bool isScheduled(int jobId) const;
     /** True when @p jobId runs, or is queued and not aborted. */
     bool isScheduledOrRunning(int jobId) const;
-    /** Queued jobs plus the running one. */
+    /** Queued jobs plus the running one: 0 for an idle worker, 3 with one job running and two queued. */
     int workLoad() const;
     /** The running job and the queue, read under the queue lock; busy is left to the pool. */
     JobWorkerSnapshot snapshot() const;
-    /** Drops the queue and ends the loop after the job in hand; the worker then deletes itself. */
+    /**
+     * Drops the queue without a signal for the dropped jobs and ends the loop after the job in hand, which
+     * finishes; the worker then logs "<name> finished." at level 1 and deletes itself.
+     */
     void shutDown();
 
 Q_SIGNALS:
-    /** Emitted in this thread before a job runs. */
+    /** Emitted in this thread before a job runs; never for a job aborted while queued. */
     void jobStarted(int jobId);
-    /** Emitted in this thread after a job ran for @p elapsedTime ms. */
+    /**
+     * Emitted in this thread after a job ran for @p elapsedTime ms (also when it threw). The job no
+     * longer counts as running when this is emitted, so a receiver never sees it still running.
+     */
     void jobFinished(int jobId, int elapsedTime);
 
 protected:
-    /** Where a job of @p priority goes in the queue (the caller holds mQueueMutex). */
+    /**
+     * Where a job of @p priority goes in the queue (the caller holds mQueueMutex). Kept as it always was:
+     * an exact-match search that no queued job matches, so the answer is the queue's end and jobs run in
+     * arrival order whatever their priority.
+     */
     int insertIndexOf(SchedulePriority priority) const;
     /** Position of the queued job @p jobId, or -1 (the caller holds mQueueMutex). */
     int indexOf(int jobId) const;
-    /** The thread's loop: runs queued jobs, sleeps on an empty queue, ends after shutDown(). */
+    /**
+     * The thread's loop: runs queued jobs at their priority, drops aborted ones silently, sleeps on an
+     * empty queue, ends after shutDown(). A job that throws is caught and logged at level 3.
+     */
     void run() override;
 
 private:
@@ -123,7 +147,7 @@ private:
     std::unique_ptr<QWaitCondition> mWaitCondition;
     std::unique_ptr<QMutex> mWaitMutex;
     std::unique_ptr<QMutex> mQueueMutex;
-    std::unique_ptr<QTime> mJobTimer;
+    std::unique_ptr<JobTimer> mJobTimer;
     std::atomic<bool> mShutDown;
     std::shared_ptr<WorkerActivity> mActivity; // what it runs, published for lock-free readers
 };

@@ -2,7 +2,7 @@
 
 #include "platform/core/Mutex.h"
 
-#include <QRegExp>
+#include <QRegularExpression>
 
 LogCapture::LogCapture(ko::Log::ELevel threshold)
 {
@@ -35,7 +35,7 @@ QString LogCapture::text(ko::Log::ELevel level) const
 QStringList LogCapture::lines(ko::Log::ELevel level) const
 {
     QStringList result;
-    const QStringList raw = text(level).split(QLatin1Char('\n'), QString::SkipEmptyParts);
+    const QStringList raw = text(level).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     for (const QString& line : raw)
         result << stripPrefix(line);
     return result;
@@ -62,7 +62,8 @@ void LogCapture::clear()
 
 QString LogCapture::stripPrefix(const QString& line)
 {
-    static const QRegExp prefix(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} \\w+ "));
-    QRegExp rx(prefix);
-    return rx.indexIn(line) == 0 ? line.mid(rx.matchedLength()) : line;
+    static const QRegularExpression prefix(
+        QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} \\w+ "));
+    const QRegularExpressionMatch match = prefix.match(line);
+    return match.hasMatch() ? line.mid(match.capturedLength()) : line;
 }

@@ -243,7 +243,7 @@ void tst_Console::floodingClientsDoNotDisturbThePool()
         explicit Tick(std::atomic<int>& counter)
             : runs(counter)
         { }
-        void run(int, QTime&) override { ++runs; }
+        void run(int, ko::JobTimer&) override { ++runs; }
     };
     for (int i = 0; i < jobs; ++i)
         pool.schedule(kom::smart<ko::IRunnable>(new Tick(runs)));

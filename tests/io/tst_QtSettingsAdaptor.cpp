@@ -62,7 +62,7 @@ void tst_QtSettingsAdaptor::valuesReadBackThroughQSettings()
         QCOMPARE(adaptor.value(key, value), value); // a missing key gives the default, whole
         QVERIFY(!adaptor.contains(key));
         adaptor.setValue(key, value);
-        QCOMPARE(settings.value(QString::fromStdString(key)).type(), QVariant::String);
+        QCOMPARE(settings.value(QString::fromStdString(key)).userType(), int(QMetaType::QString));
         QVERIFY(adaptor.contains(key));
         QCOMPARE(adaptor.value(key, "default"), value);
         adaptor.sync();

@@ -12,6 +12,7 @@
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace
 {
@@ -44,6 +45,8 @@ class tst_komQtSynchronization : public QObject
 
 private Q_SLOTS:
     void lockAndFactory();
+    void lockRaces_data();
+    void lockRaces();
     void conditionVariable();
     void spawner_data();
     void spawner();
@@ -71,11 +74,69 @@ void tst_komQtSynchronization::lockAndFactory()
     QCOMPARE(TerminalRecorder::lastSender, static_cast<const komObject*>(&factory));
 }
 
-// The condition variable waits on its lock's mutex; without a lock wait() fails at once.
+void tst_komQtSynchronization::lockRaces_data()
+{
+    QTest::addColumn<bool>("recursive");
+    QTest::newRow("non-recursive") << false;
+    QTest::newRow("recursive") << true;
+}
+
+// Threads that take the lock (a recursive one twice) are let in one at a time; a lock taken twice
+// stays held until its second release.
+void tst_komQtSynchronization::lockRaces()
+{
+    QFETCH(bool, recursive);
+    komQtLock lock(recursive ? komQtLock::Recursive : komQtLock::NonRecursive);
+    const int threads = 4, rounds = 20000;
+    int counter = 0, inside = 0; // written under the lock only
+    std::atomic<int> overlaps { 0 };
+    std::vector<std::thread> workers;
+    for (int t = 0; t < threads; ++t) {
+        workers.emplace_back([&]() {
+            for (int i = 0; i < rounds; ++i) {
+                lock.acquire();
+                if (recursive)
+                    lock.acquire();
+                if (++inside != 1)
+                    ++overlaps;
+                ++counter;
+                --inside;
+                if (recursive)
+                    lock.release();
+                lock.release();
+            }
+        });
+    }
+    for (std::thread& worker : workers)
+        worker.join();
+    QCOMPARE(counter, threads * rounds);
+    QCOMPARE(overlaps.load(), 0);
+
+    const auto takenElsewhere = [&lock]() {
+        bool taken = false;
+        std::thread([&]() {
+            taken = lock.tryLock();
+            if (taken)
+                lock.unlock();
+        }).join();
+        return taken;
+    };
+    lock.acquire();
+    if (recursive) {
+        QVERIFY(lock.tryLock()); // its holder takes it again at once
+        lock.release();
+    }
+    QVERIFY(!takenElsewhere());
+    lock.release();
+    QVERIFY(takenElsewhere());
+}
+
+// The condition variable waits on its lock's mutex; on a recursive one (Qt 5's rule, kept on Qt 6)
+// and without a lock wait() fails at once.
 void tst_komQtSynchronization::conditionVariable()
 {
-    komQtLock lock(QMutex::NonRecursive);
-    komQtConditionVariable condition(&lock);
+    komQtLock lock(komQtLock::NonRecursive), recursive(komQtLock::Recursive);
+    komQtConditionVariable condition(&lock), onRecursive(&recursive);
     bool woken = false;
     lock.acquire(); // the waker gets the lock only once the wait below has given it up
     std::thread waker([&]() {
@@ -87,6 +148,10 @@ void tst_komQtSynchronization::conditionVariable()
         QVERIFY(condition.wait());
     lock.release();
     waker.join();
+    recursive.acquire();
+    QTest::ignoreMessage(QtWarningMsg, "QWaitCondition: cannot wait on recursive mutexes");
+    QVERIFY(!onRecursive.wait());
+    recursive.release();
     QVERIFY(!komQtConditionVariable(nullptr).wait());
 }
 

@@ -181,8 +181,10 @@ void tst_CoreStandIn::logStreams()
     second << "text";
     QVERIFY(first.str().empty());
     const QString line = QString::fromStdString(second.str());
-    QVERIFY2(QRegExp(QStringLiteral("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} Warning text"))
-                 .exactMatch(line),
+    QVERIFY2(QRegularExpression(
+                 QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} Warning text$"))
+                 .match(line)
+                 .hasMatch(),
         qPrintable(line));
 
     // An owned stream is deleted when replaced; a null stream silences the level.
@@ -217,7 +219,7 @@ void tst_CoreStandIn::logFiles()
     log.setLogFile("/nonexistent-dir/all.log", true);
     QCOMPARE(log.getStream(ko::Log::Error), &reports);
     const QStringList lines
-        = QString::fromStdString(reports.str()).split(QLatin1Char('\n'), QString::SkipEmptyParts);
+        = QString::fromStdString(reports.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 2);
     QCOMPARE(LogCapture::stripPrefix(lines.at(0)),
         QStringLiteral("Cannot open log file /nonexistent-dir/x.log: ")

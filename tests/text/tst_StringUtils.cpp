@@ -46,6 +46,9 @@ QFlags<Qt::AlignmentFlag> alignment(int bits)
     return QFlags<Qt::AlignmentFlag>(Qt::AlignmentFlag(bits));
 }
 
+// An enumeration known to Qt only by Q_DECLARE_METATYPE; every int is one of its values.
+enum Plain : int { PlainValue = 1 };
+
 // Serialised bytes written field by field, for values that Qt itself would never write.
 template <class... Fields> QString base64Of(const Fields&... fields)
 {
@@ -57,13 +60,14 @@ template <class... Fields> QString base64Of(const Fields&... fields)
 
 // A variant list nested @p depth deep around the number 1, serialised; each list's type given by
 // number, or @p byName as a user type named "QVariantList".
-QString nestedLists(int depth, bool byName = false)
+// Lists nested @p depth deep; named by a user-type marker when @p userType is not 0.
+QString nestedLists(int depth, quint32 userType = 0)
 {
     QByteArray bytes;
     QDataStream s(&bytes, QIODevice::WriteOnly);
     for (int i = 0; i < depth; ++i) {
-        if (byName)
-            s << quint32(QMetaType::User) << qint8(0) << QByteArray("QVariantList") << quint32(1);
+        if (userType)
+            s << userType << qint8(0) << QByteArray("QVariantList") << quint32(1);
         else
             s << quint32(QMetaType::QVariantList) << qint8(0) << quint32(1);
     }
@@ -72,6 +76,8 @@ QString nestedLists(int depth, bool byName = false)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Plain)
 
 class tst_StringUtils : public QObject
 {
@@ -113,6 +119,9 @@ private Q_SLOTS:
     void translated();
     void listEditing();
     void variants();
+    void variantText_data();
+    void variantText();
+    void textToVariantRules();
     void hostileVariants_data();
     void hostileVariants();
 
@@ -270,7 +279,7 @@ void tst_StringUtils::split()
     QFETCH(L, parts);
 
     const QRegExp pattern(QRegExp::escape(separator));
-    const auto how = skipEmpty ? QString::SkipEmptyParts : QString::KeepEmptyParts;
+    const auto how = skipEmpty ? ko::SkipEmptyParts : ko::KeepEmptyParts;
     QCOMPARE(StringUtils::splitStringList(texts, separator, how), parts);
     QCOMPARE(StringUtils::splitStringList(texts, pattern, how), parts);
     const Set set(parts.cbegin(), parts.cend());
@@ -283,8 +292,8 @@ void tst_StringUtils::split()
 
 void tst_StringUtils::splitWords()
 {
-    QCOMPARE(StringUtils::splitStringList(QStringLiteral("Hello, world!  Wie geht's?"),
-                 StringUtils::splitWords, QString::SkipEmptyParts),
+    QCOMPARE(StringUtils::splitStringList(
+                 QStringLiteral("Hello, world!  Wie geht's?"), StringUtils::splitWords, ko::SkipEmptyParts),
         (L { "Hello", "world", "Wie", "geht", "s" }));
 }
 
@@ -670,8 +679,7 @@ void tst_StringUtils::variants()
         QVariantMap { { "deep", QVariantList { QVariantList { QVariantHash { { "h", 2 } } } } } } };
     for (const QVariant& value : values) {
         const QString text = StringUtils().toString(value);
-        QCOMPARE(text == value.toString(), value.canConvert(QVariant::String));
-        QCOMPARE(StringUtils().toVariant(text, value.type()), value);
+        QCOMPARE(StringUtils().toVariant(text, ko::VariantType(value.userType())), value);
     }
 
     StringUtils utils;
@@ -684,9 +692,50 @@ void tst_StringUtils::variants()
     const QString shortText = utils.toString(QPoint(5, 6));
     QVERIFY(shortText != StringUtils().toString(QPoint(5, 6)));
     QCOMPARE(shortText.length(), longText.length());
-    QCOMPARE(StringUtils().toVariant(shortText, QVariant::Point), QVariant(QPoint(5, 6)));
+    QCOMPARE(StringUtils().toVariant(shortText, ko::VariantType(QMetaType::QPoint)), QVariant(QPoint(5, 6)));
     // A used instance reads the first value its buffer holds, not the one passed in.
-    QCOMPARE(utils.toVariant(StringUtils().toString(QPoint(7, 8)), QVariant::Point), QVariant(QPoint(5, 6)));
+    QCOMPARE(utils.toVariant(StringUtils().toString(QPoint(7, 8)), ko::VariantType(QMetaType::QPoint)),
+        QVariant(QPoint(5, 6)));
+}
+
+// Qt 5's conversion rules decide which values have a text form, and the library keeps them on Qt 6.
+void tst_StringUtils::variantText_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("text");
+    const qint8 notNull = 0;
+    QTest::newRow("number") << QVariant(42) << "42";
+    QTest::newRow("date") << QVariant(QDate(2021, 7, 1)) << "2021-07-01";
+    QTest::newRow("point") << QVariant(QPoint(3, -4)) << base64Of(quint32(QMetaType::QPoint), notNull, 3, -4);
+    QTest::newRow("string list of one") << QVariant(L { "a" }) << "a";
+    QTest::newRow("string list of three") << QVariant(L { "a", "", "b" }) << "a\n\nb";
+    QTest::newRow("null character") << QVariant(QChar()) << "";
+    QTest::newRow("null date") << QVariant(QDate()) << "";
+    QTest::newRow("long") << QVariant::fromValue(long(5))
+                          << base64Of(quint32(QMetaType::Long), notNull, qint64(5));
+    QTest::newRow("unsigned char") << QVariant::fromValue(uchar(65))
+                                   << base64Of(quint32(QMetaType::UChar), notNull, quint8(65));
+}
+
+void tst_StringUtils::variantText()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QString, text);
+    const QString written = StringUtils().toString(value);
+    QCOMPARE(written, text);
+    QVERIFY(!written.isNull());
+}
+
+void tst_StringUtils::textToVariantRules()
+{
+    // Text is no variant list: it is read as a serialised one, which "abc" is not.
+    QVERIFY(
+        !StringUtils().toVariant(QStringLiteral("abc"), ko::VariantType(QMetaType::QVariantList)).isValid());
+    // A number becomes any enumeration, also one without named enumerators.
+    const QVariant value
+        = StringUtils().toVariant(QStringLiteral("3"), ko::VariantType(qMetaTypeId<Plain>()));
+    QCOMPARE(value.userType(), qMetaTypeId<Plain>());
+    QCOMPARE(int(*static_cast<const Plain*>(value.constData())), 3);
 }
 
 void tst_StringUtils::hostileVariants_data()
@@ -708,10 +757,12 @@ void tst_StringUtils::hostileVariants_data()
     QTest::newRow("unknown zone in a map") << base64Of(quint32(QMetaType::QVariantMap), notNull, quint32(1),
         QStringLiteral("k"), quint32(QMetaType::QDateTime), notNull, QDate(2020, 1, 1), QTime(1, 2, 3),
         qint8(Qt::TimeZone), zone);
-    QTest::newRow("unknown user type")
-        << base64Of(quint32(QMetaType::User), notNull, QByteArray("NoSuchType"));
+    QTest::newRow("unknown user type") // marked as Qt 5.15's data stream format marks user types
+        << base64Of(quint32(1024), notNull, QByteArray("NoSuchType"));
     QTest::newRow("lists nested 100000 deep") << nestedLists(100000);
-    QTest::newRow("lists named as user types, 100000 deep") << nestedLists(100000, true);
+    QTest::newRow("lists named as Qt 5 user types, 100000 deep") << nestedLists(100000, 1024);
+    QTest::newRow("lists named as this Qt's user types, 100000 deep")
+        << nestedLists(100000, quint32(QMetaType::User));
 }
 
 // Text from anywhere gives an invalid value, never a crash or an exception; the instance's stream
@@ -721,14 +772,16 @@ void tst_StringUtils::hostileVariants()
     QFETCH(QString, text);
     StringUtils utils;
     // As a number the text does not convert, so it is read as a serialised value.
-    const QVariant value = utils.toVariant(text, QVariant::Int);
+    const QVariant value = utils.toVariant(text, ko::VariantType(QMetaType::Int));
     QVERIFY(!value.isValid());
     QCOMPARE(utils.toString(value), QString());
-    QCOMPARE(StringUtils().toVariant(utils.toString(QPoint(5, 6)), QVariant::Point), QVariant(QPoint(5, 6)));
+    QCOMPARE(StringUtils().toVariant(utils.toString(QPoint(5, 6)), ko::VariantType(QMetaType::QPoint)),
+        QVariant(QPoint(5, 6)));
 
     StringUtils fresh;
-    QCOMPARE(fresh.toVariant(nestedLists(1024), QVariant::Invalid).userType(), int(QMetaType::QVariantList));
-    QVERIFY(!StringUtils().toVariant(nestedLists(1025), QVariant::Invalid).isValid());
+    QCOMPARE(fresh.toVariant(nestedLists(1024), ko::VariantType(QMetaType::UnknownType)).userType(),
+        int(QMetaType::QVariantList));
+    QVERIFY(!StringUtils().toVariant(nestedLists(1025), ko::VariantType(QMetaType::UnknownType)).isValid());
     // A date-time in an unknown zone has a text form; inside a map it has none and is refused.
     const QDateTime unknown(QDate(2020, 1, 1), QTime(1, 2, 3), QTimeZone("No/Such_Zone"));
     QCOMPARE(fresh.toString(unknown), unknown.toString());

@@ -22,12 +22,12 @@ inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000)
 /** A job that records where and how it ran; it may hold at a gate or sleep first. */
 struct RecordingJob : ko::IRunnable
 {
-    void run(int jobId, QTime& timer) override
+    void run(int jobId, ko::JobTimer& timer) override
     {
         mThread = QThread::currentThread();
         mThreadName = mThread->objectName();
         mPriority = mThread->priority(); // Qt keeps values above InheritPriority too
-        mTimerLag = (timer.msecsTo(QTime::currentTime()) + 86400000) % 86400000;
+        mTimerLag = int(timer.elapsed());
         if (mNewPriority != QThread::InheritPriority)
             mThread->setPriority(mNewPriority);
         mStarted.release();

@@ -29,7 +29,7 @@ struct TickJob : ko::IRunnable
     explicit TickJob(std::atomic<int>& runs)
         : mRuns(runs)
     { }
-    void run(int, QTime&) override { ++mRuns; }
+    void run(int, ko::JobTimer&) override { ++mRuns; }
     std::atomic<int>& mRuns;
 };
 

@@ -23,7 +23,7 @@ static QStringList finishedLines(const LogCapture& capture)
 // Counts its runs, and the runs that happened although its abort flag was set.
 struct CountingJob : ko::IRunnable
 {
-    void run(int, QTime&) override { ++(mAbortRequested ? mRunsWhileAborted : mRuns); }
+    void run(int, ko::JobTimer&) override { ++(mAbortRequested ? mRunsWhileAborted : mRuns); }
     std::atomic<int> mRuns { 0 }, mRunsWhileAborted { 0 };
 };
 
@@ -192,8 +192,8 @@ rlimit capThreadCreation()
 {
     QFile status(QStringLiteral("/proc/self/status"));
     status.open(QIODevice::ReadOnly);
-    QRegExp size(QStringLiteral("VmSize:\\s*(\\d+) kB"));
-    size.indexIn(QString::fromLatin1(status.readAll()));
+    const QRegularExpressionMatch size = QRegularExpression(QStringLiteral("VmSize:\\s*(\\d+) kB"))
+                                             .match(QString::fromLatin1(status.readAll()));
     pthread_attr_t attr;
     size_t stack = 0;
     pthread_getattr_default_np(&attr);
@@ -202,7 +202,7 @@ rlimit capThreadCreation()
     rlimit previous, capped;
     getrlimit(RLIMIT_AS, &previous);
     capped = previous;
-    capped.rlim_cur = size.cap(1).toULongLong() * 1024 + stack / 2;
+    capped.rlim_cur = size.captured(1).toULongLong() * 1024 + stack / 2;
     setrlimit(RLIMIT_AS, &capped);
     return previous;
 }
@@ -260,8 +260,7 @@ void tst_komQtThreadPool::threadLimit()
     const QString errors = QString::fromLocal8Bit(child.readAllStandardError());
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QVERIFY2(child.exitCode() == 0, qPrintable(errors));
-    QTEST(QString::fromLocal8Bit(child.readAllStandardOutput())
-              .split(QLatin1Char('\n'), QString::SkipEmptyParts),
+    QTEST(QString::fromLocal8Bit(child.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
         "lines");
     QVERIFY2(errors.contains(QLatin1String("QThread::start: Thread creation error")), qPrintable(errors));
 }

@@ -8,10 +8,11 @@
 #include <QtTest>
 
 #include <stdexcept>
+#include <type_traits>
 
 using ko::komQtWorkerThread;
 typedef ko::komQtThreadPool::SchedulePriority Priority;
-typedef void (*JobBody)(QTime& timer); // the work of a test job, given the job's timer
+typedef void (*JobBody)(ko::JobTimer& timer); // the work of a test job, given the job's timer
 Q_DECLARE_METATYPE(JobBody)
 
 namespace
@@ -23,7 +24,7 @@ struct TimerJob : ko::IRunnable
     explicit TimerJob(JobBody body)
         : mBody(body)
     { }
-    void run(int, QTime& timer) override { mBody(timer); }
+    void run(int, ko::JobTimer& timer) override { mBody(timer); }
     JobBody mBody;
 };
 
@@ -35,6 +36,18 @@ struct ThrownObject : QObject
         : QObject()
     { }
 };
+
+// The rows of a job timer that is a time of day (QTime, Qt 5): a QElapsedTimer (Qt 6) has no start to move.
+template <typename Timer> void addTimeOfDayRows()
+{
+    if constexpr (std::is_same_v<Timer, QTime>) {
+        QTest::newRow("started 5 s earlier")
+            << JobBody(+[](Timer& t) { t = t.addMSecs(-5000); }) << 5000 << 86399999;
+        // QTime::elapsed() counts a start after the current time as a start on the day before.
+        QTest::newRow("started 60 s later: the day wraps")
+            << JobBody(+[](Timer& t) { t = t.addMSecs(60000); }) << 86340000 << 86399999;
+    }
+}
 
 // Schedules @p body as job 1 and a plain job 2 on @p worker; returns the ends in the order seen,
 // each as the pair of job id and elapsed ms.
@@ -142,13 +155,10 @@ void tst_komQtWorkerThread::jobTimer_data()
     QTest::addColumn<JobBody>("body");
     QTest::addColumn<int>("least");
     QTest::addColumn<int>("most");
-    QTest::newRow("started 5 s earlier") << +[](QTime& t) { t = t.addMSecs(-5000); } << 5000 << 86399999;
-    // QTime::elapsed() counts a start after the current time as a start on the day before.
-    QTest::newRow("started 60 s later: the day wraps")
-        << +[](QTime& t) { t = t.addMSecs(60000); } << 86340000 << 86399999;
-    QTest::newRow("made invalid after 50 ms") << +[](QTime& t) {
+    addTimeOfDayRows<ko::JobTimer>();
+    QTest::newRow("made invalid after 50 ms") << +[](ko::JobTimer& t) {
         QThread::msleep(50);
-        t = QTime();
+        t = ko::JobTimer();
     } << 0 << 0;
 }
 
@@ -204,22 +214,24 @@ void tst_komQtWorkerThread::throwingJob_data()
     QTest::addColumn<JobBody>("body");
     QTest::addColumn<QString>("line");
     static char text[] = "mutable";
-    QTest::newRow("ko::ExceptionQt") << +[](QTime&) { throw ko::RuntimeException(QStringLiteral("broken")); }
-                                     << ko::RuntimeException(QStringLiteral("broken")).toString().trimmed();
-    QTest::newRow("char*") << +[](QTime&) { throw static_cast<char*>(text); }
+    QTest::newRow("ko::ExceptionQt") << +[](ko::JobTimer&) {
+        throw ko::RuntimeException(QStringLiteral("broken"));
+    } << ko::RuntimeException(QStringLiteral("broken")).toString().trimmed();
+    QTest::newRow("char*") << +[](ko::JobTimer&) { throw static_cast<char*>(text); }
                            << "in worker thread Unit: mutable";
-    QTest::newRow("const char*") << +[](QTime&) { throw "text"; } << "in worker thread Unit: text";
+    QTest::newRow("const char*") << +[](ko::JobTimer&) { throw "text"; } << "in worker thread Unit: text";
     QTest::newRow("komTerminalException")
-        << +[](QTime&) { throw komTerminalException("end"); } << "in worker thread Unit: end";
-    QTest::newRow("komException") << +[](QTime&) {
+        << +[](ko::JobTimer&) { throw komTerminalException("end"); } << "in worker thread Unit: end";
+    QTest::newRow("komException") << +[](ko::JobTimer&) {
         komException e("first");
         e.addMessage("second");
         throw e;
     } << "in worker thread Unit: first,second";
-    QTest::newRow("std::exception") << +[](QTime&) { throw std::runtime_error("what"); }
+    QTest::newRow("std::exception") << +[](ko::JobTimer&) { throw std::runtime_error("what"); }
                                     << "in worker thread Unit: what";
-    QTest::newRow("QObject") << +[](QTime&) { throw ThrownObject(); } << "in worker thread Unit: QObject";
-    QTest::newRow("anything else") << +[](QTime&) { throw 42; } << "in worker thread Unit: ";
+    QTest::newRow("QObject") << +[](ko::JobTimer&) { throw ThrownObject(); }
+                             << "in worker thread Unit: QObject";
+    QTest::newRow("anything else") << +[](ko::JobTimer&) { throw 42; } << "in worker thread Unit: ";
 }
 
 void tst_komQtWorkerThread::throwingJob()

@@ -2,12 +2,13 @@
 # The installed manual page and bash completion of coreqt: the page renders without a warning
 # and names every command, option and example the tool's help lists; the completion offers the
 # commands, a command's own options and the trigger event keys.
-#   manual.sh PREFIX
+#   manual.sh PREFIX [NAME]     NAME: the installed program, coreqt (default) or coreqt6
 set -euo pipefail
 prefix=$1
-tool=$prefix/bin/coreqt
-page=$prefix/share/man/man1/coreqt.1.gz
-completion=$prefix/share/bash-completion/completions/coreqt
+name=${2:-coreqt}
+tool=$prefix/bin/$name
+page=$prefix/share/man/man1/$name.1.gz
+completion=$prefix/share/bash-completion/completions/$name
 failures=0
 fail() { echo "FAIL: $*"; failures=$((failures + 1)); }
 
@@ -33,12 +34,13 @@ bash -n "$completion" || fail "completion does not parse"
 complete_words() {
     bash -c 'source /usr/share/bash-completion/bash_completion; source "$1"; shift
         COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); COMP_LINE="$*"; COMP_POINT=${#COMP_LINE}
-        _coreqt coreqt "${COMP_WORDS[-1]}" "${COMP_WORDS[-2]}"; echo "${COMPREPLY[*]}"' _ "$completion" "$@"
+        "_$0" "$0" "${COMP_WORDS[-1]}" "${COMP_WORDS[-2]}"; echo "${COMPREPLY[*]}"' "$name" "$completion" "$@"
 }
-[ "$(complete_words coreqt ev)" = "events event" ] || fail "commands: $(complete_words coreqt ev)"
-[ "$(complete_words coreqt --lang de vocab --k)" = "--key" ] || fail "own option: $(complete_words coreqt --lang de vocab --k)"
-[ "$(complete_words coreqt event Ring)" = "RingOK" ] || fail "event keys: $(complete_words coreqt event Ring)"
-[ "$(complete_words coreqt --format '')" = "text json" ] || fail "format values"
+[ "$(complete_words "$name" ev)" = "events event" ] || fail "commands: $(complete_words "$name" ev)"
+[ "$(complete_words "$name" --lang de vocab --k)" = "--key" ] \
+    || fail "own option: $(complete_words "$name" --lang de vocab --k)"
+[ "$(complete_words "$name" event Ring)" = "RingOK" ] || fail "event keys: $(complete_words "$name" event Ring)"
+[ "$(complete_words "$name" --format '')" = "text json" ] || fail "format values"
 
 [ "$failures" -eq 0 ] || exit 1
 echo "manual page and completion: ok"

@@ -36,7 +36,7 @@ QString columns(const QVector<QStringList>& rows, const QVector<bool>& marked, b
     for (const QStringList& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (int i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths.at(i), row.at(i).size());
+            widths[i] = std::max(widths.at(i), int(row.at(i).size()));
     }
     QString text;
     for (int r = 0; r < rows.size(); ++r) {

@@ -47,7 +47,7 @@ void section(const QString& title)
 
 void printIndented(const QString& text)
 {
-    for (const QString& line : text.split(QLatin1Char('\n'), QString::SkipEmptyParts))
+    for (const QString& line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
         printLine(QStringLiteral("  ") + line);
 }
 

@@ -27,7 +27,7 @@ int runEvents(const Invocation& invocation)
 
     Report report(Report::Rows);
     const QString keys = ko::triggerEventsName(masks[0], masks[1], masks[2]);
-    for (const QString& key : keys.split(QStringLiteral(", "), QString::SkipEmptyParts))
+    for (const QString& key : keys.split(QStringLiteral(", "), Qt::SkipEmptyParts))
         report.addRow(eventRecord(key));
     report.print(invocation.format);
     return 0;

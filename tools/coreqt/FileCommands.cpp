@@ -1,6 +1,7 @@
 #include "FileCommands.h"
 
 #include "Arguments.h"
+#include "FileNames.h"
 #include "Output.h"
 #include "SignalCleanup.h"
 
@@ -8,7 +9,10 @@
 #include "io/FileEncrypt.h"
 
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include <memory>
+
+#include <sys/stat.h>
 
 namespace tool
 {
@@ -38,9 +42,21 @@ struct Header
         QFileInfo(path), QFile::ReadError, QStringLiteral("not an enciphered file: ") + reason);
 }
 
-Header readHeader(const QString& path)
+// A file named on the command line, opened by its bytes: it fails as QFile::open() fails.
+struct NamedFile
 {
-    QFile file(path);
+    explicit NamedFile(const QString& name)
+        : opened(name)
+    {
+        if (!opened.isOpen())
+            throw ko::FileException(QFileInfo(name), QFile::OpenError, opened.errorString());
+    }
+    OpenedFile opened;
+};
+
+Header readHeader(const QString& path, const NamedFile& named)
+{
+    QFile file(named.opened.path());
     if (!file.open(QIODevice::ReadOnly))
         fail(file, path);
     Header header { ko::FileEncrypt::Header(file.read(8)), file.size() };
@@ -111,7 +127,7 @@ void close(QFileDevice& device, const QString& path)
 
 /**
  * OUT of encrypt and decrypt, as cp treats it. A regular file, a new one, or the file a symbolic
- * link points to (the link stays) is written through QSaveFile and replaced only by commit(), with
+ * link points to (the link stays) is written as a ReplacingFile and replaced only by commit(), with
  * its permissions kept. OUT that exists and is not a regular file (a FIFO, a character device) is
  * written in place: renaming a new file over it would replace the device node itself.
  */
@@ -122,31 +138,33 @@ public:
         : mPath(path)
         , mCleanup(cleanup)
     {
-        const QFileInfo info(path); // follows symbolic links
-        mInPlace = info.exists() && !info.isFile() && !info.isDir();
-        QFile& plain = mDirect;
+        struct stat status; // of the file a symbolic link leads to
+        mInPlace = ::stat(fileNameBytes(path).constData(), &status) == 0 && !S_ISREG(status.st_mode)
+            && !S_ISDIR(status.st_mode);
+        QString name;
         if (mInPlace) {
-            plain.setFileName(path);
+            mOpened = std::make_unique<NamedFile>(path);
+            name = mOpened->opened.path();
         } else {
             // A signal between creating the temporary file and registering it would leave it behind.
             cleanup.hold();
-            mSave.setFileName(path);
-            const bool opened = mSave.open(QIODevice::WriteOnly);
+            const bool opened = mReplacing.open(path);
             if (opened)
-                cleanup.removeOnSignal(mSave.handle());
+                cleanup.removeOnSignal(mReplacing.handle());
             cleanup.release();
             if (!opened)
-                fail(mSave, path);
-            // QSaveFile names its temporary file nowhere; its descriptor does.
-            plain.setFileName(QStringLiteral("/proc/self/fd/%1").arg(mSave.handle()));
+                throw ko::FileException(QFileInfo(path), mReplacing.error(), mReplacing.errorString());
+            // The new file may have no name yet; its descriptor names it.
+            name = QStringLiteral("/proc/self/fd/%1").arg(mReplacing.handle());
         }
         if (encipher) {
-            mEnciphered.setFileName(plain.fileName());
+            mEnciphered.setFileName(name);
             mDevice = &mEnciphered;
         } else {
-            mDevice = mInPlace ? static_cast<QFileDevice*>(&mDirect) : &mSave;
+            mDirect.setFileName(name);
+            mDevice = &mDirect;
         }
-        if (mDevice != &mSave && !mDevice->open(QIODevice::WriteOnly))
+        if (!mDevice->open(QIODevice::WriteOnly))
             fail(*mDevice, path);
     }
 
@@ -161,10 +179,9 @@ public:
     /** Completes OUT: the new file replaces the old one, or the device has everything. */
     void commit()
     {
-        if (mDevice != &mSave)
-            close(*mDevice, mPath);
-        if (!mInPlace && !mSave.commit())
-            fail(mSave, mPath);
+        close(*mDevice, mPath);
+        if (!mInPlace && !mReplacing.commit())
+            throw ko::FileException(QFileInfo(mPath), mReplacing.error(), mReplacing.errorString());
         mCleanup.keepOnSignal();
     }
 
@@ -174,7 +191,8 @@ private:
     bool mInPlace = false;
     // Declared first, destroyed last: the temporary file is removed after the devices writing it
     // are closed.
-    QSaveFile mSave;
+    ReplacingFile mReplacing;
+    std::unique_ptr<NamedFile> mOpened;
     QFile mDirect;
     ko::FileEncrypt mEnciphered;
     QFileDevice* mDevice = nullptr;
@@ -195,7 +213,8 @@ int runEncrypt(const Invocation& invocation)
     const QString inPath = fileArgument(invocation, 0, QStringLiteral("IN"));
     const QString outPath = fileArgument(invocation, 1, QStringLiteral("OUT"));
     SignalCleanup cleanup;
-    QFile in(inPath);
+    const NamedFile named(inPath);
+    QFile in(named.opened.path());
     if (!in.open(QIODevice::ReadOnly))
         fail(in, inPath);
     Destination out(outPath, true, cleanup);
@@ -212,8 +231,9 @@ int runDecrypt(const Invocation& invocation)
     const QString inPath = fileArgument(invocation, 0, QStringLiteral("IN"));
     const QString outPath = fileArgument(invocation, 1, QStringLiteral("OUT"));
     SignalCleanup cleanup;
-    const Header header = readHeader(inPath);
-    ko::FileEncrypt in(inPath);
+    const NamedFile named(inPath);
+    const Header header = readHeader(inPath, named);
+    ko::FileEncrypt in(named.opened.path());
     if (!openEnciphered(in, header))
         notEnciphered(inPath,
             QStringLiteral("version %1 (minimum version %2, seed %3) is not one this library reads")
@@ -239,8 +259,9 @@ int runInspect(const Invocation& invocation)
 
 Report inspectFile(const QString& path)
 {
-    const Header header = readHeader(path);
-    ko::FileEncrypt file(path);
+    const NamedFile named(path);
+    const Header header = readHeader(path, named);
+    ko::FileEncrypt file(named.opened.path());
     const bool readable = openEnciphered(file, header);
     file.close();
 

@@ -1,6 +1,14 @@
 #include "FileNames.h"
 
-#include <QTextCodec>
+#include <QCoreApplication>
+#include <QRandomGenerator>
+
+#include <climits>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace tool
 {
@@ -8,7 +16,6 @@ namespace tool
 namespace
 {
 
-constexpr int kUtf8Mib = 106;
 // A byte that does not belong to a UTF-8 sequence is held as the lone low surrogate U+DC00 + byte;
 // valid UTF-8 never decodes to one, so encoding gives the byte back.
 constexpr ushort kRawByteBase = 0xDC00;
@@ -32,29 +39,8 @@ int sequenceLength(uchar lead, uint* minimum)
     return 0;
 }
 
-/** UTF-8 that keeps every byte: what strict UTF-8 refuses becomes U+DC80..U+DCFF and back. */
-class RawBytesUtf8Codec : public QTextCodec
+QString decodeKeepingBytes(const QByteArray& bytes)
 {
-public:
-    QByteArray name() const override { return QByteArrayLiteral("x-coreqt-utf8-raw-bytes"); }
-    // No registered MIB enum: the codec is found only as the locale's.
-    int mibEnum() const override { return 0; }
-
-protected:
-    QString convertToUnicode(const char* in, int length, ConverterState* state) const override;
-    QByteArray convertFromUnicode(const QChar* in, int length, ConverterState* state) const override;
-};
-
-// A sequence cut off at the end of a piece is kept in @p state (up to 3 bytes) for the next piece.
-QString RawBytesUtf8Codec::convertToUnicode(const char* in, int length, ConverterState* state) const
-{
-    QByteArray bytes;
-    for (int j = 0; state && j < state->remainingChars; ++j)
-        bytes += char(state->state_data[j]);
-    bytes.append(in, length);
-    if (state)
-        state->remainingChars = 0;
-
     QString text;
     text.reserve(bytes.size());
     for (int i = 0; i < bytes.size();) {
@@ -70,12 +56,6 @@ QString RawBytesUtf8Codec::convertToUnicode(const char* in, int length, Converte
         int k = 1;
         for (; n > 0 && k < n && i + k < bytes.size() && (uchar(bytes.at(i + k)) & 0xC0) == 0x80; ++k)
             code = (code << 6) | (uchar(bytes.at(i + k)) & 0x3F);
-        if (n > 0 && k < n && i + k == bytes.size() && state) {
-            for (int j = 0; j < k; ++j)
-                state->state_data[j] = uchar(bytes.at(i + j));
-            state->remainingChars = k;
-            break;
-        }
         if (n == 0 || k < n || code < minimum || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
             text += QChar(ushort(kRawByteBase + lead));
             ++i;
@@ -92,19 +72,19 @@ QString RawBytesUtf8Codec::convertToUnicode(const char* in, int length, Converte
     return text;
 }
 
-QByteArray RawBytesUtf8Codec::convertFromUnicode(const QChar* in, int length, ConverterState*) const
+QByteArray encodeKeepingBytes(const QString& text)
 {
     QByteArray bytes;
-    bytes.reserve(length);
-    for (int i = 0; i < length; ++i) {
-        uint code = in[i].unicode();
-        if (in[i].isHighSurrogate() && i + 1 < length && in[i + 1].isLowSurrogate()) {
-            code = QChar::surrogateToUcs4(in[i], in[i + 1]);
+    bytes.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        uint code = text.at(i).unicode();
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            code = QChar::surrogateToUcs4(text.at(i), text.at(i + 1));
             ++i;
         } else if (code >= kRawByteBase + 0x80 && code <= kRawByteBase + 0xFF) {
             bytes += char(code - kRawByteBase);
             continue;
-        } else if (in[i].isSurrogate()) {
+        } else if (text.at(i).isSurrogate()) {
             bytes += '?'; // a lone surrogate names no character and no byte
             continue;
         }
@@ -127,15 +107,201 @@ QByteArray RawBytesUtf8Codec::convertFromUnicode(const QChar* in, int length, Co
     return bytes;
 }
 
+// Whether the locale's encoding gives every byte a character and back (Latin-1 does, UTF-8 not).
+bool localeKeepsEveryByte()
+{
+    static const bool keeps = [] {
+        QByteArray all;
+        for (int byte = 0x80; byte <= 0xFF; ++byte)
+            all += char(byte);
+        return QString::fromLocal8Bit(all).toLocal8Bit() == all;
+    }();
+    return keeps;
+}
+
+QString systemError(int error)
+{
+    return qt_error_string(error);
+}
+
+QByteArray folderOf(const QByteArray& name)
+{
+    const int slash = name.lastIndexOf('/');
+    return slash < 0 ? QByteArray(".") : slash == 0 ? QByteArray("/") : name.left(slash);
+}
+
+// @p name as absolute and without "." and ".." parts, taken away by the text alone as QDir::cleanPath()
+// does (QFileInfo::symLinkTarget() gives such names).
+QByteArray absoluteClean(const QByteArray& name)
+{
+    QByteArray path = name;
+    if (!path.startsWith('/')) {
+        char cwd[PATH_MAX];
+        path = (::getcwd(cwd, sizeof cwd) ? QByteArray(cwd) : QByteArray()) + '/' + path;
+    }
+    QList<QByteArray> parts;
+    for (const QByteArray& part : path.split('/')) {
+        if (part.isEmpty() || part == ".")
+            continue;
+        if (part == "..") {
+            if (!parts.isEmpty())
+                parts.removeLast();
+            continue;
+        }
+        parts << part;
+    }
+    QByteArray clean;
+    for (const QByteArray& part : parts)
+        clean += '/' + part;
+    return clean.isEmpty() ? QByteArray("/") : clean;
+}
+
+// The file that @p name leads to when the links of its last part are followed, as QSaveFile finds
+// it: each link's target taken as QFileInfo::symLinkTarget() gives it; after 127 links, @p name.
+QByteArray followLinks(const QByteArray& name)
+{
+    QByteArray file = name;
+    for (int depth = 0; depth < 127; ++depth) {
+        char target[PATH_MAX];
+        const ssize_t n = ::readlink(file.constData(), target, sizeof target);
+        if (n < 0 || n == ssize_t(sizeof target))
+            return file;
+        const QByteArray link(target, int(n));
+        file = absoluteClean(link.startsWith('/') ? link : folderOf(absoluteClean(file)) + '/' + link);
+    }
+    return name;
+}
+
 } // namespace
 
-void keepFileNameBytes()
+QStringList commandLineArguments(int argc, char** argv)
 {
-    // Another locale encoding (Latin-1, say) maps every byte to a character and back already.
-    if (QTextCodec::codecForLocale()->mibEnum() != kUtf8Mib)
-        return;
-    // Qt takes ownership of every codec constructed and deletes it at exit.
-    QTextCodec::setCodecForLocale(new RawBytesUtf8Codec);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << fileNameText(QByteArray(argv[i]));
+    return arguments;
+}
+
+QString fileNameText(const QByteArray& bytes)
+{
+    return localeKeepsEveryByte() ? QString::fromLocal8Bit(bytes) : decodeKeepingBytes(bytes);
+}
+
+QByteArray fileNameBytes(const QString& text)
+{
+    return localeKeepsEveryByte() ? text.toLocal8Bit() : encodeKeepingBytes(text);
+}
+
+OpenedFile::OpenedFile(const QString& name)
+    : mFd(::open(fileNameBytes(name).constData(), O_PATH | O_CLOEXEC))
+{
+    if (mFd < 0)
+        mError = systemError(errno);
+}
+
+OpenedFile::~OpenedFile()
+{
+    if (mFd >= 0)
+        ::close(mFd);
+}
+
+QString OpenedFile::path() const
+{
+    return QStringLiteral("/proc/self/fd/%1").arg(mFd);
+}
+
+ReplacingFile::~ReplacingFile()
+{
+    discard();
+}
+
+bool ReplacingFile::open(const QString& name)
+{
+    discard();
+    const QByteArray given = fileNameBytes(name);
+    // QSaveFile's checks, with its texts, in its order.
+    struct stat status;
+    const bool exists = ::stat(given.constData(), &status) == 0;
+    if (exists && ::access(given.constData(), W_OK) != 0)
+        return fail(QFileDevice::WriteError,
+            QCoreApplication::translate("QSaveFile", "Existing file %1 is not writable").arg(name));
+    if (exists && S_ISDIR(status.st_mode))
+        return fail(QFileDevice::WriteError,
+            QCoreApplication::translate("QSaveFile", "Filename refers to a directory"));
+    mTarget = followLinks(given);
+    // Until it has the permissions of the file it replaces, nobody else may read the new file.
+    const mode_t mode = exists ? 0600 : 0666;
+    mFd = ::open(folderOf(mTarget).constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
+    if (mFd < 0 && (errno == EOPNOTSUPP || errno == EISDIR)) {
+        // A file system without unnamed files: a name beside the destination, as QSaveFile makes it.
+        for (int attempt = 0; attempt < 16 && mFd < 0; ++attempt) {
+            mTemporary = mTarget + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+            mFd = ::open(mTemporary.constData(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
+            if (mFd < 0 && errno != EEXIST)
+                break;
+        }
+        if (mFd < 0)
+            mTemporary.clear();
+    }
+    if (mFd < 0)
+        return fail(QFileDevice::OpenError, systemError(errno));
+    if (exists) {
+        // The permissions as QFile::permissions() reads them and setPermissions() sets them: what
+        // this user may do with the file counts for its owner.
+        mode_t kept = status.st_mode & 0777;
+        const std::pair<int, mode_t> userRights[]
+            = { { R_OK, S_IRUSR }, { W_OK, S_IWUSR }, { X_OK, S_IXUSR } };
+        for (const auto& [right, bit] : userRights) {
+            if (::access(given.constData(), right) == 0)
+                kept |= bit;
+        }
+        ::fchmod(mFd, kept);
+    }
+    return true;
+}
+
+bool ReplacingFile::commit()
+{
+    ::fdatasync(mFd); // as QSaveFile does; a file system that cannot is no failure
+    bool done = false;
+    if (!mTemporary.isEmpty()) {
+        done = ::rename(mTemporary.constData(), mTarget.constData()) == 0;
+    } else {
+        // An unnamed file gets the destination's name, or a free name beside it that then replaces it.
+        const QByteArray self = "/proc/self/fd/" + QByteArray::number(mFd);
+        done = ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, mTarget.constData(), AT_SYMLINK_FOLLOW) == 0;
+        for (int attempt = 0; !done && errno == EEXIST && attempt < 16; ++attempt) {
+            mTemporary = mTarget + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+            if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, mTemporary.constData(), AT_SYMLINK_FOLLOW)
+                == 0) {
+                done = ::rename(mTemporary.constData(), mTarget.constData()) == 0;
+                break;
+            }
+            mTemporary.clear();
+        }
+    }
+    if (done)
+        mTemporary.clear();
+    const int error = errno;
+    discard();
+    return done || fail(QFileDevice::RenameError, systemError(error));
+}
+
+bool ReplacingFile::fail(QFileDevice::FileError error, const QString& text)
+{
+    mError = error;
+    mErrorString = text;
+    return false;
+}
+
+void ReplacingFile::discard()
+{
+    if (!mTemporary.isEmpty())
+        ::unlink(mTemporary.constData());
+    mTemporary.clear();
+    if (mFd >= 0)
+        ::close(mFd);
+    mFd = -1;
 }
 
 } // namespace tool

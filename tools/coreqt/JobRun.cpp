@@ -41,7 +41,7 @@ public:
         , mWork(work)
     { }
 
-    void run(int jobId, QTime&) override
+    void run(int jobId, ko::JobTimer&) override
     {
         {
             QMutexLocker locker(&mTally.mutex);

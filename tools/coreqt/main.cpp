@@ -240,8 +240,7 @@ int run(const QStringList& arguments)
 int main(int argc, char* argv[])
 {
     QCoreApplication app(argc, argv);
-    tool::keepFileNameBytes();
     QCoreApplication::setApplicationName(QStringLiteral("coreqt"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(ko::coreQtVersion()));
-    return tool::run(QCoreApplication::arguments());
+    return tool::run(tool::commandLineArguments(argc, argv)); // file names keep their bytes
 }

@@ -1,7 +1,7 @@
-// A program built against an installed CoreQt that opens the live console and reads it back.
-#include <CoreQt/CoreQt.h>
-#include <CoreQt/console/Console.h>
-#include <CoreQt/console/ConsoleClient.h>
+// A program built against an installed CoreQt (or CoreQt6) that opens the live console and reads it back.
+#include COREQT_UMBRELLA
+#include "console/Console.h"
+#include "console/ConsoleClient.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

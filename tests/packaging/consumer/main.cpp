@@ -1,7 +1,8 @@
-// A program built against an installed CoreQt: it includes the umbrella header
-// and touches each of the three libraries.
-#include <CoreQt/CoreQt.h>
+// A program built against an installed CoreQt (or CoreQt6): it includes the umbrella header, touches
+// each of the three libraries and a function whose signature differs between Qt 5 and Qt 6.
+#include COREQT_UMBRELLA
 
+#include <QRegExp>
 #include <QString>
 
 #include <iostream>
@@ -12,9 +13,11 @@ int main()
     ko::RuntimeError cause("cause");
     ko::Exception error("error", &cause);
     const QString version = QString::fromLatin1(ko::coreQtVersion());
-    if (!object || !error.cause() || version != QLatin1String("1.0.0"))
+    const QStringList parts = ko::StringUtils::splitStringList(
+        QStringLiteral("a,,b"), QRegExp(QStringLiteral(",")), ko::SkipEmptyParts);
+    if (!object || !error.cause() || version != QLatin1String("1.0.0") || parts.size() != 2)
         return 1;
     ko::Log::instance().setLogLevel(ko::Log::Message);
-    std::cout << "consumer ok " << version.toStdString() << std::endl;
+    std::cout << "consumer ok " << version.toStdString() << " Qt " << qVersion() << std::endl;
     return 0;
 }
