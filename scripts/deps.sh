@@ -2,13 +2,13 @@
 # when they are missing (Debian 12; run as root, or with sudo available).
 COREQT_PACKAGES=(
     g++ clang libclang-rt-14-dev cmake ninja-build pkg-config
-    qtbase5-dev qttools5-dev-tools qttranslations5-l10n tzdata groff-base bash-completion doxygen graphviz
+    qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n tzdata groff-base bash-completion doxygen graphviz
     libbenchmark-dev libspdlog-dev
     dpkg-dev lintian file
 )
 # The Qt 6 variant's, installed only when it is asked for: coreqt_install_deps --qt6.
 COREQT_QT6_PACKAGES=(
-    qt6-base-dev qt6-5compat-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n
+    qt6-base-dev qt6-5compat-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools qt6-translations-l10n
 )
 
 coreqt_install_deps() {
