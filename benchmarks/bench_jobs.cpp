@@ -35,9 +35,8 @@ class Job : public ko::IRunnable
 public:
     explicit Job(int microseconds)
         : mMicroseconds(microseconds)
-    {
-    }
-    void run(int, ko::JobTimer&) override { work(mMicroseconds); }
+    { }
+    void run(int, ko::JobTimer &) override { work(mMicroseconds); }
 
 private:
     int mMicroseconds;
@@ -58,7 +57,7 @@ private:
 };
 
 // Runs the current thread's event loop until @p done is true, looking again at each job end.
-template <class Done> void spinUntil(const ko::komQtThreadPool& pool, Done done)
+template <class Done> void spinUntil(const ko::komQtThreadPool &pool, Done done)
 {
     QEventLoop loop;
     QObject::connect(&pool, &ko::komQtThreadPool::jobFinished, &loop, [&]() {
@@ -69,13 +68,14 @@ template <class Done> void spinUntil(const ko::komQtThreadPool& pool, Done done)
         loop.exec();
 }
 
-void BM_komQtThreadPool(benchmark::State& state)
+void BM_komQtThreadPool(benchmark::State &state)
 {
     const int jobs = int(state.range(0));
     const int microseconds = int(state.range(1));
     ko::komQtThreadPool pool(QStringLiteral("Bench"), 2);
     long finished = 0; // the pool announces every job twice, the second time from reclaimThread()
-    QObject::connect(&pool, &ko::komQtThreadPool::jobFinished, [&finished](int, int) { ++finished; });
+    QObject::connect(
+        &pool, &ko::komQtThreadPool::jobFinished, [&finished](int, int) { ++finished; });
     const kom::smart<ko::IRunnable> job(new Job(microseconds));
     for (auto _ : state) {
         finished = 0;
@@ -90,7 +90,7 @@ void BM_komQtThreadPool(benchmark::State& state)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-void BM_QThreadPool(benchmark::State& state)
+void BM_QThreadPool(benchmark::State &state)
 {
     const int jobs = int(state.range(0));
     const int microseconds = int(state.range(1));
@@ -105,7 +105,7 @@ void BM_QThreadPool(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * jobs);
 }
 
-void jobArguments(benchmark::internal::Benchmark* b)
+void jobArguments(benchmark::internal::Benchmark *b)
 {
     b->ArgNames({ "jobs", "us" });
     b->Args({ 20000, 0 });
@@ -117,20 +117,21 @@ void jobArguments(benchmark::internal::Benchmark* b)
     b->ReportAggregatesOnly(true);
     // On a shared machine the fastest repetition is the one least disturbed by other work.
     b->ComputeStatistics(
-        "min", [](const std::vector<double>& v) { return *std::min_element(v.begin(), v.end()); });
+        "min", [](const std::vector<double> &v) { return *std::min_element(v.begin(), v.end()); });
 }
 
 BENCHMARK(BM_QThreadPool)->Apply(jobArguments);
 BENCHMARK(BM_komQtThreadPool)->Apply(jobArguments);
 
-// Prints the console report, then the time of the job pool over QThreadPool's for each argument set.
+// Prints the console report, then the time of the job pool over QThreadPool's for each argument
+// set.
 class RatioReporter : public benchmark::ConsoleReporter
 {
 public:
-    void ReportRuns(const std::vector<Run>& runs) override
+    void ReportRuns(const std::vector<Run> &runs) override
     {
         ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
+        for (const Run &run : runs) {
             const std::string name = run.benchmark_name();
             const auto slash = name.find('/');
             if (slash == std::string::npos || run.run_type != Run::RT_Aggregate
@@ -143,7 +144,7 @@ public:
     {
         ConsoleReporter::Finalize();
         std::printf("\nkomQtThreadPool time / QThreadPool time:\n");
-        for (const auto& entry : mTimes) {
+        for (const auto &entry : mTimes) {
             const auto peer = entry.second.find("BM_QThreadPool");
             const auto own = entry.second.find("BM_komQtThreadPool");
             if (peer != entry.second.end() && own != entry.second.end() && peer->second > 0)
@@ -157,13 +158,13 @@ private:
 
 } // namespace
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv); // the pool's slots need the main thread's event loop
     ko::Log::instance().setLogLevel(ko::Log::Warning); // no worker start and end lines
     // The two pools' repetitions are shuffled together, so that a change in the machine's load
     // during the run falls on both alike; a flag on the command line still overrides this.
-    std::vector<char*> args(argv, argv + argc);
+    std::vector<char *> args(argv, argv + argc);
     char interleave[] = "--benchmark_enable_random_interleaving=true";
     args.insert(args.begin() + 1, interleave);
     int count = int(args.size());

@@ -14,7 +14,7 @@ struct Payload
     int value = 0;
 };
 
-void BM_komSmartCopy(benchmark::State& state)
+void BM_komSmartCopy(benchmark::State &state)
 {
     kom::smart<Payload> origin(new Payload);
     for (auto _ : state) {
@@ -24,7 +24,7 @@ void BM_komSmartCopy(benchmark::State& state)
 }
 BENCHMARK(BM_komSmartCopy)->ThreadRange(1, 2);
 
-void BM_sharedPtrCopy(benchmark::State& state)
+void BM_sharedPtrCopy(benchmark::State &state)
 {
     auto origin = std::make_shared<Payload>();
     for (auto _ : state) {

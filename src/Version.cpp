@@ -5,7 +5,7 @@
 namespace ko
 {
 
-const char* coreQtVersion()
+const char *coreQtVersion()
 {
     return COREQT_VERSION_STRING;
 }

@@ -7,7 +7,7 @@ namespace ko
 {
 
 /** The version of the CoreQt library that is loaded, such as "1.0.0". */
-COREQT_EXPORT const char* coreQtVersion();
+COREQT_EXPORT const char *coreQtVersion();
 
 } // namespace ko
 

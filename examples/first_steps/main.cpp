@@ -15,29 +15,29 @@
 namespace
 {
 
-// A job adds its id to a shared sum and counts itself done; the pool runs it on one of its worker threads.
+// A job adds its id to a shared sum and counts itself done; the pool runs it on one of its worker
+// threads.
 class SumJob : public ko::IRunnable
 {
 public:
-    SumJob(std::atomic<int>& sum, std::atomic<int>& done)
+    SumJob(std::atomic<int> &sum, std::atomic<int> &done)
         : mSum(sum)
         , mDone(done)
-    {
-    }
-    void run(int jobId, ko::JobTimer&) override
+    { }
+    void run(int jobId, ko::JobTimer &) override
     {
         mSum += jobId;
         ++mDone;
     }
 
 private:
-    std::atomic<int>& mSum;
-    std::atomic<int>& mDone;
+    std::atomic<int> &mSum;
+    std::atomic<int> &mDone;
 };
 
 // Opening a file that is not there, reported as the library's exceptions report it: the file
 // error, with the operation that failed as its cause.
-void openMissing(const QString& path)
+void openMissing(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -48,16 +48,17 @@ void openMissing(const QString& path)
 
 } // namespace
 
-int main(int argc, char* argv[])
+int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     ko::LogQt::s_instance.setMessageLogLevel();
-    ko::LogQt::write(ko::Log::Message, QStringLiteral("CoreQt %1").arg(QLatin1String(ko::coreQtVersion())));
+    ko::LogQt::write(
+        ko::Log::Message, QStringLiteral("CoreQt %1").arg(QLatin1String(ko::coreQtVersion())));
 
     // Jobs: schedule eight, then wait until all eight have run. A worker that finished a job
     // is free again even while more of its jobs wait in its queue, and the pool's waits and
     // queries look at busy workers only: count the jobs' ends instead of asking the pool.
-    ko::komQtThreadPool* pool = ko::komQtThreadPool::globalInstance();
+    ko::komQtThreadPool *pool = ko::komQtThreadPool::globalInstance();
     constexpr int jobs = 8;
     std::atomic<int> sum(0);
     std::atomic<int> done(0);
@@ -77,7 +78,7 @@ int main(int argc, char* argv[])
     // Exceptions: catch by reference to the base and print the whole chain.
     try {
         openMissing(QDir::temp().filePath(QStringLiteral("no-such-camera-list.txt")));
-    } catch (const ko::ExceptionQt& e) {
+    } catch (const ko::ExceptionQt &e) {
         ko::LogLine(ko::Log::Warning) << e.toString().trimmed();
     }
 

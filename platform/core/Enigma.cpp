@@ -24,16 +24,19 @@ unsigned step(unsigned state)
 
 unsigned char key(unsigned state)
 {
-    return static_cast<unsigned char>((state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24)) & 0xffu);
+    return static_cast<unsigned char>(
+        (state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24)) & 0xffu);
 }
 
 // Each of these combines @p length bytes of @p src with @p keys into @p dst, which may be @p src.
-typedef void (*XorFunction)(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length);
+typedef void (*XorFunction)(
+    const unsigned char *src, const unsigned char *keys, unsigned char *dst, unsigned length);
 
 // Sixteen bytes, which the compiler keeps in one vector register where the target has them.
 typedef unsigned char Block __attribute__((vector_size(16)));
 
-void xorPortable(const unsigned char* src, const unsigned char* keys, unsigned char* dst, unsigned length)
+void xorPortable(
+    const unsigned char *src, const unsigned char *keys, unsigned char *dst, unsigned length)
 {
     unsigned i = 0;
     for (; i + sizeof(Block) <= length; i += sizeof(Block)) {
@@ -49,22 +52,22 @@ void xorPortable(const unsigned char* src, const unsigned char* keys, unsigned c
 }
 
 #if defined(__x86_64__)
-__attribute__((target("avx2"))) void xorAvx2(const unsigned char* src, const unsigned char* keys,
-                                             unsigned char* dst, unsigned length)
+__attribute__((target("avx2"))) void xorAvx2(
+    const unsigned char *src, const unsigned char *keys, unsigned char *dst, unsigned length)
 {
     // Up to where dst is aligned first, so that no store spans two cache lines.
     unsigned i = std::min(length, unsigned(-reinterpret_cast<std::uintptr_t>(dst) & 31u));
     xorPortable(src, keys, dst, i);
     for (; i + 32 <= length; i += 32) {
-        const __m256i data = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + i));
-        const __m256i key = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(keys + i));
-        _mm256_store_si256(reinterpret_cast<__m256i*>(dst + i), _mm256_xor_si256(data, key));
+        const __m256i data = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(src + i));
+        const __m256i key = _mm256_loadu_si256(reinterpret_cast<const __m256i *>(keys + i));
+        _mm256_store_si256(reinterpret_cast<__m256i *>(dst + i), _mm256_xor_si256(data, key));
     }
     xorPortable(src + i, keys + i, dst + i, length - i);
 }
 
-__attribute__((target("avx512f"))) void xorAvx512(const unsigned char* src, const unsigned char* keys,
-                                                  unsigned char* dst, unsigned length)
+__attribute__((target("avx512f"))) void xorAvx512(
+    const unsigned char *src, const unsigned char *keys, unsigned char *dst, unsigned length)
 {
     unsigned i = std::min(length, unsigned(-reinterpret_cast<std::uintptr_t>(dst) & 63u));
     xorPortable(src, keys, dst, i);
@@ -102,10 +105,11 @@ constexpr unsigned kVectorRun = 64;
 
 struct Cycle
 {
-    unsigned first;     // index of its first state in KeyStreams::cycleStates
-    unsigned length;    // number of states on the cycle
+    unsigned first; // index of its first state in KeyStreams::cycleStates
+    unsigned length; // number of states on the cycle
     unsigned keyOffset; // index of its key stream in KeyStreams::keys
-    unsigned keyLength; // length of that key stream: a multiple of length, at least kMinKeyRun + length - 1
+    unsigned keyLength; // length of that key stream: a multiple of length, at least kMinKeyRun +
+                        // length - 1
 };
 
 // Every state runs into a short cycle of the 15-bit states, after which its key stream repeats:
@@ -125,7 +129,8 @@ struct KeyStreams
 KeyStreams::KeyStreams()
 {
     std::fill(position, position + kStates, kOffCycle);
-    // Walk from every unvisited state; a walk that meets a state of its own path has found a new cycle.
+    // Walk from every unvisited state; a walk that meets a state of its own path has found a new
+    // cycle.
     std::vector<uint8_t> mark(kStates, 0); // 0 unvisited, 1 on the current walk, 2 done
     std::vector<unsigned> path;
     for (unsigned start = 0; start < kStates; ++start) {
@@ -137,7 +142,7 @@ KeyStreams::KeyStreams()
             s = step(s);
         }
         if (mark[s] == 1) {
-            Cycle cycle{unsigned(cycleStates.size()), 0, unsigned(keys.size()), 0};
+            Cycle cycle { unsigned(cycleStates.size()), 0, unsigned(keys.size()), 0 };
             unsigned c = s;
             do {
                 position[c] = uint16_t(cycleStates.size());
@@ -156,18 +161,18 @@ KeyStreams::KeyStreams()
     }
 }
 
-const KeyStreams& keyStreams()
+const KeyStreams &keyStreams()
 {
     // Built on first use (thread-safe) and never destroyed, so it serves until the process ends.
-    static const KeyStreams* const table = new KeyStreams;
+    static const KeyStreams *const table = new KeyStreams;
     return *table;
 }
 
 // Combines @p length bytes with the key stream that starts at @p state and
 // returns the state after them; @p src and @p dst may be the same buffer.
-unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length, unsigned state)
+unsigned transform(const unsigned char *src, unsigned char *dst, unsigned length, unsigned state)
 {
-    const KeyStreams& k = keyStreams();
+    const KeyStreams &k = keyStreams();
     unsigned i = 0;
     // Off the cycle (a seed above 15 bits, or a state on its way in): byte by byte.
     while (i < length && (state >= kStates || k.position[state] == kOffCycle)) {
@@ -179,14 +184,15 @@ unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length
         return state;
 
     const unsigned position = k.position[state];
-    const Cycle& cycle = k.cycles[k.cycleOf[position]];
-    const unsigned char* keys = k.keys.data() + cycle.keyOffset;
+    const Cycle &cycle = k.cycles[k.cycleOf[position]];
+    const unsigned char *keys = k.keys.data() + cycle.keyOffset;
     unsigned offset = position - cycle.first;
     while (i < length) {
         // As far as the stored key stream reaches, ending where dst is aligned for the widest
         // vectors: only the first and the last run have bytes outside whole vectors.
         const unsigned available = cycle.keyLength - offset
-            - unsigned((reinterpret_cast<std::uintptr_t>(dst + i) + cycle.keyLength - offset) % kVectorRun);
+            - unsigned((reinterpret_cast<std::uintptr_t>(dst + i) + cycle.keyLength - offset)
+                % kVectorRun);
         const unsigned run = length - i < available ? length - i : available;
         k.combine(src + i, keys + offset, dst + i, run);
         i += run;
@@ -197,17 +203,16 @@ unsigned transform(const unsigned char* src, unsigned char* dst, unsigned length
 
 } // namespace
 
-Enigma::Enigma(const Random& random)
+Enigma::Enigma(const Random &random)
     : mSeed(random.seed() != 0 ? random.seed() : Random::nonZeroSeed())
     , mInitialState(mSeed)
     , mState(mSeed)
-{
-}
+{ }
 
 Enigma::~Enigma() = default;
 
-int Enigma::encode(const unsigned char* src, unsigned srcLen, unsigned char* dst, unsigned dstLen,
-                   unsigned& state) const
+int Enigma::encode(const unsigned char *src, unsigned srcLen, unsigned char *dst, unsigned dstLen,
+    unsigned &state) const
 {
     if (!src || !dst || dstLen < srcLen || srcLen > 0x7fffffffu)
         return -1;
@@ -215,8 +220,8 @@ int Enigma::encode(const unsigned char* src, unsigned srcLen, unsigned char* dst
     return int(srcLen);
 }
 
-int Enigma::decode(const unsigned char* src, unsigned srcLen, unsigned char* dst, unsigned dstLen,
-                   unsigned& state) const
+int Enigma::decode(const unsigned char *src, unsigned srcLen, unsigned char *dst, unsigned dstLen,
+    unsigned &state) const
 {
     return encode(src, srcLen, dst, dstLen, state);
 }

@@ -1,8 +1,8 @@
 #ifndef KO_ENIGMA_H
 #define KO_ENIGMA_H
 
-#include "platform/core/core_export.h"
 #include "platform/core/Random.h"
+#include "platform/core/core_export.h"
 
 namespace ko
 {
@@ -20,8 +20,9 @@ namespace ko
 class CORE_EXPORT Enigma
 {
 public:
-    /** Creates the engine from a generator value; a zero seed makes it choose a random non-zero one. */
-    explicit Enigma(const Random& random);
+    /** Creates the engine from a generator value; a zero seed makes it choose a random non-zero
+     * one. */
+    explicit Enigma(const Random &random);
     /** Engines may be destroyed through this base. */
     virtual ~Enigma();
 
@@ -30,19 +31,20 @@ public:
     /** The state before the first byte. */
     unsigned initialState() const { return mInitialState; }
     /** The current state, which the caller may set (for instance back to initialState()). */
-    unsigned& state() { return mState; }
+    unsigned &state() { return mState; }
     /** The current state. */
     unsigned state() const { return mState; }
 
     /**
-     * Enciphers @p srcLen bytes into @p dst (which may be @p src), advancing @p state once per byte.
-     * Returns the number of bytes produced, or -1 for a null buffer or @p dstLen below @p srcLen.
+     * Enciphers @p srcLen bytes into @p dst (which may be @p src), advancing @p state once per
+     * byte. Returns the number of bytes produced, or -1 for a null buffer or @p dstLen below @p
+     * srcLen.
      */
-    virtual int encode(const unsigned char* src, unsigned srcLen, unsigned char* dst, unsigned dstLen,
-                       unsigned& state) const;
+    virtual int encode(const unsigned char *src, unsigned srcLen, unsigned char *dst,
+        unsigned dstLen, unsigned &state) const;
     /** Deciphers like encode(); the two are the same transformation. */
-    virtual int decode(const unsigned char* src, unsigned srcLen, unsigned char* dst, unsigned dstLen,
-                       unsigned& state) const;
+    virtual int decode(const unsigned char *src, unsigned srcLen, unsigned char *dst,
+        unsigned dstLen, unsigned &state) const;
 
 private:
     unsigned mSeed;

@@ -7,7 +7,7 @@ namespace
 {
 
 // True when @p e is @p chain or one of its causes.
-bool chainHolds(const Exception* chain, const Exception* e)
+bool chainHolds(const Exception *chain, const Exception *e)
 {
     for (; chain; chain = chain->cause()) {
         if (chain == e)
@@ -18,32 +18,30 @@ bool chainHolds(const Exception* chain, const Exception* e)
 
 } // namespace
 
-Exception::Exception(const std::string& what, const Exception* cause)
+Exception::Exception(const std::string &what, const Exception *cause)
     : mText(what)
     , mCause(cause ? cause->clone() : nullptr)
     , mRetiredCause(nullptr)
-{
-}
+{ }
 
-Exception::Exception(const Exception& other)
+Exception::Exception(const Exception &other)
     : std::exception(other)
     , mText(other.mText)
     , mCause(other.mCause ? other.mCause->clone() : nullptr)
     , mRetiredCause(nullptr)
-{
-}
+{ }
 
-Exception& Exception::operator=(const Exception& other)
+Exception &Exception::operator=(const Exception &other)
 {
     if (this == &other)
         return *this;
-    Exception* copy = other.mCause ? other.mCause->clone() : nullptr;
+    Exception *copy = other.mCause ? other.mCause->clone() : nullptr;
     mText = other.mText;
-    Exception* previous = mCause;
+    Exception *previous = mCause;
     mCause = copy;
     // A subclass copies its own fields from other after this returns: a chain that holds other must
     // outlive this call, so it waits for the next assignment or the end of this exception.
-    Exception* kept = chainHolds(previous, &other) ? previous
+    Exception *kept = chainHolds(previous, &other) ? previous
         : chainHolds(mRetiredCause, &other)        ? mRetiredCause
                                                    : nullptr;
     if (previous != kept)
@@ -60,7 +58,7 @@ Exception::~Exception()
     delete mRetiredCause;
 }
 
-const char* Exception::what() const noexcept
+const char *Exception::what() const noexcept
 {
     try {
         std::string text;
@@ -72,47 +70,46 @@ const char* Exception::what() const noexcept
     return mWhat.c_str();
 }
 
-void Exception::generateWhat(std::string& out) const
+void Exception::generateWhat(std::string &out) const
 {
     out = mText;
 }
 
-Exception* Exception::clone() const
+Exception *Exception::clone() const
 {
     return new Exception(*this);
 }
 
-void Exception::setCause(const Exception* cause)
+void Exception::setCause(const Exception *cause)
 {
     // Clone first: the new cause may be part of the chain the old copy owns.
-    Exception* copy = cause ? cause->clone() : nullptr;
+    Exception *copy = cause ? cause->clone() : nullptr;
     delete mCause;
     mCause = copy;
 }
 
-const Exception* Exception::cause() const
+const Exception *Exception::cause() const
 {
     return mCause;
 }
 
-Exception* Exception::releaseCause()
+Exception *Exception::releaseCause()
 {
-    Exception* cause = mCause;
+    Exception *cause = mCause;
     mCause = nullptr;
     return cause;
 }
 
-const std::string& Exception::text() const
+const std::string &Exception::text() const
 {
     return mText;
 }
 
-RuntimeError::RuntimeError(const std::string& what, const Exception* cause)
+RuntimeError::RuntimeError(const std::string &what, const Exception *cause)
     : Exception(what, cause)
-{
-}
+{ }
 
-RuntimeError* RuntimeError::clone() const
+RuntimeError *RuntimeError::clone() const
 {
     return new RuntimeError(*this);
 }

@@ -25,39 +25,39 @@ class CORE_EXPORT Exception : public std::exception
 {
 public:
     /** Creates an exception with the text @p what and a copy of @p cause (null for none). */
-    explicit Exception(const std::string& what = std::string(), const Exception* cause = nullptr);
+    explicit Exception(const std::string &what = std::string(), const Exception *cause = nullptr);
     /** Copies the text and clones the other exception's cause. */
-    Exception(const Exception& other);
-    /** Copies the text and replaces the own cause copy by a clone of the other's; @p other may lie in
-     * this exception's cause chain. */
-    Exception& operator=(const Exception& other);
+    Exception(const Exception &other);
+    /** Copies the text and replaces the own cause copy by a clone of the other's; @p other may lie
+     * in this exception's cause chain. */
+    Exception &operator=(const Exception &other);
     /** Frees the cause copy unless a subclass released it. */
     ~Exception() override;
 
     /** The text made by generateWhat(); valid until the next call or the end of the exception. */
-    const char* what() const noexcept override;
+    const char *what() const noexcept override;
     /** Writes this exception's text into @p out; the base writes its own text. */
-    virtual void generateWhat(std::string& out) const;
+    virtual void generateWhat(std::string &out) const;
     /** A new heap copy of the dynamic type; the caller owns it. */
-    virtual Exception* clone() const;
+    virtual Exception *clone() const;
 
     /** Replaces the cause by a clone of @p cause (null clears it); the previous copy is freed. */
-    void setCause(const Exception* cause);
+    void setCause(const Exception *cause);
     /** The own copy of the cause, or null. */
-    const Exception* cause() const;
+    const Exception *cause() const;
 
 protected:
     /** Hands the cause copy over to the caller, who then deletes it; the base forgets it. */
-    Exception* releaseCause();
+    Exception *releaseCause();
     /** The text given to the constructor. */
-    const std::string& text() const;
+    const std::string &text() const;
 
 private:
     std::string mText;
-    Exception* mCause;
+    Exception *mCause;
     mutable std::string mWhat;
     // The previous cause chain when the last assignment came from inside it, or null.
-    Exception* mRetiredCause;
+    Exception *mRetiredCause;
 };
 
 /** A run-time failure of the platform itself (a mutex error, for instance). */
@@ -65,9 +65,9 @@ class CORE_EXPORT RuntimeError : public Exception
 {
 public:
     /** Creates the error with its text and an optional cause. */
-    explicit RuntimeError(const std::string& what, const Exception* cause = nullptr);
+    explicit RuntimeError(const std::string &what, const Exception *cause = nullptr);
     /** A new heap copy; the caller owns it. */
-    RuntimeError* clone() const override;
+    RuntimeError *clone() const override;
 };
 
 } // namespace ko

@@ -19,7 +19,7 @@ Log::Log()
     : mMutex(new Mutex(true))
     , mLevel(Message)
     , mPrefixSecond(-1)
-    , mPrefixTime{}
+    , mPrefixTime {}
 {
     mStreams[Debug] = &std::cout;
     mStreams[Message] = &std::cout;
@@ -31,20 +31,21 @@ Log::Log()
 // Owned streams flush when they are released; streams of callers are theirs to flush.
 Log::~Log() = default;
 
-Log& Log::instance()
+Log &Log::instance()
 {
     static Log log;
     return log;
 }
 
-Mutex& Log::mutex()
+Mutex &Log::mutex()
 {
     return *mMutex;
 }
 
-const char* Log::levelName(ELevel level)
+const char *Log::levelName(ELevel level)
 {
-    static const char* const names[LevelCount] = {"Debug", "Message", "Warning", "Error", "FatalError"};
+    static const char *const names[LevelCount]
+        = { "Debug", "Message", "Warning", "Error", "FatalError" };
     // Levels outside the enumeration are written under Debug's name, as they use its stream.
     return (level >= 0 && level < LevelCount) ? names[level] : names[Debug];
 }
@@ -57,13 +58,15 @@ int Log::slot(ELevel level) const
 void Log::pre(ELevel level)
 {
     MutexLocker lock(*mMutex);
-    std::ostream* os = mStreams[slot(level)];
+    std::ostream *os = mStreams[slot(level)];
     if (!os)
         return;
     const auto now = std::chrono::system_clock::now();
-    const long long msSinceEpoch = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
+    const long long msSinceEpoch
+        = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count();
     const std::time_t seconds = std::time_t(msSinceEpoch / 1000);
-    // Lines come many per second: the date and time are formatted once per second (under the mutex).
+    // Lines come many per second: the date and time are formatted once per second (under the
+    // mutex).
     if (seconds != mPrefixSecond) {
         std::tm local;
         localtime_r(&seconds, &local);
@@ -74,13 +77,13 @@ void Log::pre(ELevel level)
     char prefix[64];
     const size_t timeLength = std::strlen(mPrefixTime);
     std::memcpy(prefix, mPrefixTime, timeLength);
-    char* p = prefix + timeLength;
+    char *p = prefix + timeLength;
     const int ms = int(msSinceEpoch % 1000);
     *p++ = char('0' + ms / 100);
     *p++ = char('0' + ms / 10 % 10);
     *p++ = char('0' + ms % 10);
     *p++ = ' ';
-    const char* name = levelName(level);
+    const char *name = levelName(level);
     const size_t nameLength = std::strlen(name);
     std::memcpy(p, name, nameLength);
     p += nameLength;
@@ -88,7 +91,7 @@ void Log::pre(ELevel level)
     os->write(prefix, p - prefix);
 }
 
-std::ostream* Log::getStream(ELevel level)
+std::ostream *Log::getStream(ELevel level)
 {
     MutexLocker lock(*mMutex);
     return mStreams[slot(level)];
@@ -104,7 +107,7 @@ void Log::setLogLevel(ELevel level)
     mLevel.store(level, std::memory_order_relaxed);
 }
 
-void Log::setStream(ELevel level, std::ostream* stream, bool takeOwnership)
+void Log::setStream(ELevel level, std::ostream *stream, bool takeOwnership)
 {
     MutexLocker lock(*mMutex);
     const int i = slot(level);
@@ -117,9 +120,10 @@ void Log::setStream(ELevel level, std::ostream* stream, bool takeOwnership)
         mOwned[i].reset();
 }
 
-std::ofstream* Log::openFile(const std::string& path, bool append)
+std::ofstream *Log::openFile(const std::string &path, bool append)
 {
-    auto* file = new std::ofstream(path, append ? std::ios::out | std::ios::app : std::ios::out | std::ios::trunc);
+    auto *file = new std::ofstream(
+        path, append ? std::ios::out | std::ios::app : std::ios::out | std::ios::trunc);
     if (!file->is_open()) {
         const int error = errno;
         delete file;
@@ -129,17 +133,17 @@ std::ofstream* Log::openFile(const std::string& path, bool append)
     return file;
 }
 
-void Log::setLogFile(ELevel level, const std::string& path, bool append)
+void Log::setLogFile(ELevel level, const std::string &path, bool append)
 {
     MutexLocker lock(*mMutex);
-    if (std::ofstream* file = openFile(path, append))
+    if (std::ofstream *file = openFile(path, append))
         setStream(level, file, true);
 }
 
-void Log::setLogFile(const std::string& path, bool append)
+void Log::setLogFile(const std::string &path, bool append)
 {
     MutexLocker lock(*mMutex);
-    std::ofstream* file = openFile(path, append);
+    std::ofstream *file = openFile(path, append);
     if (!file)
         return;
     // One stream for all levels, so lines keep their order in the file.
@@ -152,16 +156,17 @@ void Log::setLogFile(const std::string& path, bool append)
     }
 }
 
-void Log::setDefaultLogFile(const std::string& path, bool append)
+void Log::setDefaultLogFile(const std::string &path, bool append)
 {
     instance().setLogFile(path, append);
 }
 
-void Log::setStdOut(const std::string& path, bool append, bool alsoStdErr)
+void Log::setStdOut(const std::string &path, bool append, bool alsoStdErr)
 {
-    Log& log = instance();
+    Log &log = instance();
     MutexLocker lock(log.mutex());
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC), 0644);
+    const int fd = ::open(
+        path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC), 0644);
     if (fd < 0) {
         log.reportError("Cannot redirect standard output to " + path + ": " + std::strerror(errno));
         return;
@@ -177,10 +182,10 @@ void Log::setStdOut(const std::string& path, bool append, bool alsoStdErr)
     ::close(fd);
 }
 
-void Log::reportError(const std::string& text)
+void Log::reportError(const std::string &text)
 {
     MutexLocker lock(*mMutex);
-    std::ostream* os = mStreams[Error];
+    std::ostream *os = mStreams[Error];
     if (!os || logLevel() > Error)
         return;
     pre(Error);

@@ -44,52 +44,57 @@ public:
     ~Log();
 
     /** Not copyable: a log owns its streams and its mutex. */
-    Log(const Log&) = delete;
+    Log(const Log &) = delete;
     /** Not assignable, as it is not copyable. */
-    Log& operator=(const Log&) = delete;
+    Log &operator=(const Log &) = delete;
 
     /** The process-wide log. */
-    static Log& instance();
+    static Log &instance();
 
-    /** The recursive mutex that serialises lines; hold it around pre(), the text and the line end. */
-    Mutex& mutex();
-    /** Writes the line prefix onto the level's stream: local time with milliseconds, the level's name, a blank. */
+    /** The recursive mutex that serialises lines; hold it around pre(), the text and the line end.
+     */
+    Mutex &mutex();
+    /** Writes the line prefix onto the level's stream: local time with milliseconds, the level's
+     * name, a blank. */
     void pre(ELevel level);
-    /** The stream of @p level (levels outside 0..4 use Debug's), or null when the level has none. */
-    std::ostream* getStream(ELevel level);
-    /** The level's name as pre() writes it ("Debug", "Message", "Warning", "Error", "FatalError"). */
-    static const char* levelName(ELevel level);
+    /** The stream of @p level (levels outside 0..4 use Debug's), or null when the level has none.
+     */
+    std::ostream *getStream(ELevel level);
+    /** The level's name as pre() writes it ("Debug", "Message", "Warning", "Error", "FatalError").
+     */
+    static const char *levelName(ELevel level);
 
     /** The threshold: lines below it are not written. */
     ELevel logLevel() const;
     /** Sets the threshold. */
     void setLogLevel(ELevel level);
 
-    /** Sets the stream of @p level; the log deletes it later when @p takeOwnership is true. Null silences the level. */
-    void setStream(ELevel level, std::ostream* stream, bool takeOwnership);
+    /** Sets the stream of @p level; the log deletes it later when @p takeOwnership is true. Null
+     * silences the level. */
+    void setStream(ELevel level, std::ostream *stream, bool takeOwnership);
     /**
      * Sends @p level to the file @p path, appended to or truncated.
      * When the file cannot be opened the previous output stays and the failure is logged at Error.
      */
-    void setLogFile(ELevel level, const std::string& path, bool append);
+    void setLogFile(ELevel level, const std::string &path, bool append);
     /** Sends every level to the one file @p path (one stream shared by all levels). */
-    void setLogFile(const std::string& path, bool append);
+    void setLogFile(const std::string &path, bool append);
 
     /** Sends every level of the process-wide log to @p path. */
-    static void setDefaultLogFile(const std::string& path, bool append);
+    static void setDefaultLogFile(const std::string &path, bool append);
     /**
      * Redirects the process's standard output (and standard error when @p alsoStdErr)
      * to the file @p path; on failure nothing changes and the failure is logged at Error.
      */
-    static void setStdOut(const std::string& path, bool append, bool alsoStdErr);
+    static void setStdOut(const std::string &path, bool append, bool alsoStdErr);
 
 private:
     int slot(ELevel level) const;
-    std::ofstream* openFile(const std::string& path, bool append);
-    void reportError(const std::string& text);
+    std::ofstream *openFile(const std::string &path, bool append);
+    void reportError(const std::string &text);
 
     std::unique_ptr<Mutex> mMutex;
-    std::ostream* mStreams[LevelCount];
+    std::ostream *mStreams[LevelCount];
     std::shared_ptr<std::ostream> mOwned[LevelCount];
     std::atomic<int> mLevel;
     long long mPrefixSecond;

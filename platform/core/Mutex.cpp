@@ -55,7 +55,8 @@ void Mutex::lock()
 
 void Mutex::unlock()
 {
-    const bool owner = pthread_equal(mOwner.load(std::memory_order_relaxed), pthread_self()) && mCount > 0;
+    const bool owner
+        = pthread_equal(mOwner.load(std::memory_order_relaxed), pthread_self()) && mCount > 0;
     if (owner && mCount > 1) {
         --mCount;
         return;
@@ -78,7 +79,7 @@ int Mutex::lockCount() const
     return pthread_equal(mOwner.load(std::memory_order_relaxed), pthread_self()) ? mCount : 0;
 }
 
-MutexLocker::MutexLocker(Mutex& mutex, bool lockNow)
+MutexLocker::MutexLocker(Mutex &mutex, bool lockNow)
     : mMutex(mutex)
     , mLocked(false)
 {

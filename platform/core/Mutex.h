@@ -23,17 +23,20 @@ public:
     ~Mutex();
 
     /** Not copyable: a mutex is one lock. */
-    Mutex(const Mutex&) = delete;
+    Mutex(const Mutex &) = delete;
     /** Not assignable, as it is not copyable. */
-    Mutex& operator=(const Mutex&) = delete;
+    Mutex &operator=(const Mutex &) = delete;
 
-    /** Locks the mutex; throws ko::RuntimeError on relocking a non-recursive mutex or a failing POSIX call. */
+    /** Locks the mutex; throws ko::RuntimeError on relocking a non-recursive mutex or a failing
+     * POSIX call. */
     void lock();
-    /** Unlocks one level; throws ko::RuntimeError with strerror's text when the POSIX call fails (e.g. not the owner). */
+    /** Unlocks one level; throws ko::RuntimeError with strerror's text when the POSIX call fails
+     * (e.g. not the owner). */
     void unlock();
     /** True when the owner may lock the mutex again. */
     bool isRecursive() const;
-    /** How many times the calling thread holds the mutex (0 when another thread or nobody holds it). */
+    /** How many times the calling thread holds the mutex (0 when another thread or nobody holds
+     * it). */
     int lockCount() const;
 
 private:
@@ -48,14 +51,14 @@ class CORE_EXPORT MutexLocker
 {
 public:
     /** Takes @p mutex and locks it at once when @p lockNow is true. */
-    MutexLocker(Mutex& mutex, bool lockNow = true);
+    MutexLocker(Mutex &mutex, bool lockNow = true);
     /** Unlocks the mutex if this locker holds it; never throws. */
     ~MutexLocker();
 
     /** Not copyable: only one locker may unlock what it locked. */
-    MutexLocker(const MutexLocker&) = delete;
+    MutexLocker(const MutexLocker &) = delete;
     /** Not assignable, as it is not copyable. */
-    MutexLocker& operator=(const MutexLocker&) = delete;
+    MutexLocker &operator=(const MutexLocker &) = delete;
 
     /** Locks the mutex (once per locker). */
     void lock();
@@ -65,7 +68,7 @@ public:
     bool isLocked() const { return mLocked; }
 
 private:
-    Mutex& mMutex;
+    Mutex &mMutex;
     bool mLocked;
 };
 

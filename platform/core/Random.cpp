@@ -8,9 +8,8 @@ namespace ko
 static_assert(sizeof(Random) == 8, "a generator value is two 32-bit words");
 
 Random::Random(uint32_t seed, uint32_t second)
-    : mWords{seed, second}
-{
-}
+    : mWords { seed, second }
+{ }
 
 uint32_t Random::nonZeroSeed()
 {

@@ -1,23 +1,22 @@
 #include "platform/kom/komException.h"
 
-komException::komException(const komString& message)
+komException::komException(const komString &message)
 {
     mMessages.add(message, false);
 }
 
-komException::komException(const komStringList& messages)
+komException::komException(const komStringList &messages)
     : mMessages(messages)
-{
-}
+{ }
 
 komException::~komException() = default;
 
-void komException::addMessage(const komString& message)
+void komException::addMessage(const komString &message)
 {
     mMessages.add(message, false);
 }
 
-const char* komException::what() const noexcept
+const char *komException::what() const noexcept
 {
     try {
         std::string text;
@@ -33,9 +32,8 @@ const char* komException::what() const noexcept
     return mWhat.c_str();
 }
 
-komTerminalException::komTerminalException(const komString& message)
+komTerminalException::komTerminalException(const komString &message)
     : komException(message)
-{
-}
+{ }
 
 komTerminalException::~komTerminalException() = default;

@@ -1,15 +1,14 @@
 #ifndef KOM_LIST_H
 #define KOM_LIST_H
 
-#include "platform/kom/kom_export.h"
 #include "platform/kom/komString.h"
+#include "platform/kom/kom_export.h"
 
 #include <algorithm>
 #include <vector>
 
 /** The middleware's ordered list of values. */
-template <class T>
-class komList
+template <class T> class komList
 {
 public:
     /** An empty list. */
@@ -18,7 +17,7 @@ public:
     virtual ~komList() = default;
 
     /** Appends @p item; when @p unique is true an item already in the list is not added again. */
-    void add(const T& item, bool unique)
+    void add(const T &item, bool unique)
     {
         if (unique && std::find(mItems.begin(), mItems.end(), item) != mItems.end())
             return;

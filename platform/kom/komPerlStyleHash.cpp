@@ -1,25 +1,23 @@
 #include "platform/kom/komPerlStyleHash.h"
 
-komPerlStyleHash::KeyValuePair::KeyValuePair(const komString& key, const komString& value)
+komPerlStyleHash::KeyValuePair::KeyValuePair(const komString &key, const komString &value)
     : mKey(key)
     , mValue(value)
-{
-}
+{ }
 
-komPerlStyleHash::Iterator::Iterator(const std::vector<KeyValuePair>& pairs)
+komPerlStyleHash::Iterator::Iterator(const std::vector<KeyValuePair> &pairs)
     : mPairs(&pairs)
     , mNext(0)
-{
-}
+{ }
 
-const komPerlStyleHash::KeyValuePair* komPerlStyleHash::Iterator::nextItem()
+const komPerlStyleHash::KeyValuePair *komPerlStyleHash::Iterator::nextItem()
 {
     return mNext < mPairs->size() ? &(*mPairs)[mNext++] : nullptr;
 }
 
 komPerlStyleHash::komPerlStyleHash() = default;
 
-komString& komPerlStyleHash::operator[](const komString& key)
+komString &komPerlStyleHash::operator[](const komString &key)
 {
     auto it = mIndex.find(key);
     if (it == mIndex.end()) {
@@ -29,7 +27,7 @@ komString& komPerlStyleHash::operator[](const komString& key)
     return mPairs[it->second].mValue;
 }
 
-bool komPerlStyleHash::contains(const komString& key) const
+bool komPerlStyleHash::contains(const komString &key) const
 {
     return mIndex.count(key) != 0;
 }

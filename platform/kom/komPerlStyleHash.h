@@ -1,13 +1,14 @@
 #ifndef KOM_PERLSTYLEHASH_H
 #define KOM_PERLSTYLEHASH_H
 
-#include "platform/kom/kom_export.h"
 #include "platform/kom/komString.h"
+#include "platform/kom/kom_export.h"
 
 #include <map>
 #include <vector>
 
-/** The middleware's string-to-string hash; iteration visits the pairs in the order their keys were first stored. */
+/** The middleware's string-to-string hash; iteration visits the pairs in the order their keys were
+ * first stored. */
 class KOM_EXPORT komPerlStyleHash
 {
 public:
@@ -16,7 +17,7 @@ public:
     {
     public:
         /** The pair of @p key and @p value, both copied. */
-        KeyValuePair(const komString& key, const komString& value);
+        KeyValuePair(const komString &key, const komString &value);
         /** The key. */
         komString key() const { return mKey; }
         /** The value. */
@@ -33,12 +34,12 @@ public:
     {
     public:
         /** The next pair, or null after the last. */
-        const KeyValuePair* nextItem();
+        const KeyValuePair *nextItem();
 
     private:
         friend class komPerlStyleHash;
-        explicit Iterator(const std::vector<KeyValuePair>& pairs);
-        const std::vector<KeyValuePair>* mPairs;
+        explicit Iterator(const std::vector<KeyValuePair> &pairs);
+        const std::vector<KeyValuePair> *mPairs;
         size_t mNext;
     };
 
@@ -46,9 +47,9 @@ public:
     komPerlStyleHash();
 
     /** The value under @p key, created empty when absent. */
-    komString& operator[](const komString& key);
+    komString &operator[](const komString &key);
     /** True when @p key has a value. */
-    bool contains(const komString& key) const;
+    bool contains(const komString &key) const;
     /** Number of pairs. */
     int size() const { return int(mPairs.size()); }
     /** An iterator over all pairs. */

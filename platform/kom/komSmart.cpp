@@ -6,16 +6,15 @@ namespace kom
 struct SmartHandleCore::Group
 {
     std::atomic<long> references;
-    void* object;
+    void *object;
     Deleter deleter;
 };
 
 SmartHandleCore::SmartHandleCore() noexcept
     : mGroup(nullptr)
-{
-}
+{ }
 
-SmartHandleCore::SmartHandleCore(const SmartHandleCore& other) noexcept
+SmartHandleCore::SmartHandleCore(const SmartHandleCore &other) noexcept
     : mGroup(other.mGroup)
 {
     if (mGroup)
@@ -27,7 +26,7 @@ SmartHandleCore::~SmartHandleCore()
     reset();
 }
 
-SmartHandleCore& SmartHandleCore::operator=(const SmartHandleCore& other) noexcept
+SmartHandleCore &SmartHandleCore::operator=(const SmartHandleCore &other) noexcept
 {
     joinGroup(other);
     return *this;
@@ -35,7 +34,7 @@ SmartHandleCore& SmartHandleCore::operator=(const SmartHandleCore& other) noexce
 
 void SmartHandleCore::reset() noexcept
 {
-    Group* group = mGroup;
+    Group *group = mGroup;
     mGroup = nullptr;
     if (group && group->references.fetch_sub(1, std::memory_order_acq_rel) == 1) {
         if (group->deleter)
@@ -44,24 +43,24 @@ void SmartHandleCore::reset() noexcept
     }
 }
 
-void SmartHandleCore::createGroup(void* object, Deleter deleter)
+void SmartHandleCore::createGroup(void *object, Deleter deleter)
 {
     reset();
     if (object)
-        mGroup = new Group{{1}, object, deleter};
+        mGroup = new Group { { 1 }, object, deleter };
 }
 
-void SmartHandleCore::joinGroup(const SmartHandleCore& other, void*) noexcept
+void SmartHandleCore::joinGroup(const SmartHandleCore &other, void *) noexcept
 {
     // Take the new reference first, so joining one's own group never frees it.
-    Group* group = other.mGroup;
+    Group *group = other.mGroup;
     if (group)
         group->references.fetch_add(1, std::memory_order_relaxed);
     reset();
     mGroup = group;
 }
 
-void* SmartHandleCore::handlee() const noexcept
+void *SmartHandleCore::handlee() const noexcept
 {
     return mGroup ? mGroup->object : nullptr;
 }

@@ -1,9 +1,9 @@
 #ifndef KOM_STATUSMESSAGE_H
 #define KOM_STATUSMESSAGE_H
 
-#include "platform/kom/kom_export.h"
 #include "platform/kom/komObject.h"
 #include "platform/kom/komString.h"
+#include "platform/kom/kom_export.h"
 
 #include <memory>
 
@@ -22,7 +22,8 @@ enum StatusMessageType {
     StatusWarning = 60,
     /** A failed operation (70); log level 3. */
     StatusError = 70,
-    /** A failure the program cannot go on from (80), sent by the default terminal handler; log level 4. */
+    /** A failure the program cannot go on from (80), sent by the default terminal handler; log
+       level 4. */
     StatusFatal = 80
 };
 
@@ -35,7 +36,9 @@ public:
     /** Destroys the handler; it must no longer be registered. */
     ~komStatusMessageHandlerInterface() override;
     /** Handles one message of @p type from @p sender (may be null). */
-    virtual void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject* sender) = 0;
+    virtual void sendStatusMessage(
+        kom::StatusMessageType type, const komString &text, const komObject *sender)
+        = 0;
     /** Sets the lowest type the handler wants to receive. */
     virtual void setStatusMessageVerbosity(kom::StatusMessageType verbosity) = 0;
     /** The lowest type the handler wants to receive. */
@@ -59,23 +62,24 @@ public:
     ~komStatusMessageProcessor();
 
     /** Not copyable: handlers are registered with one processor. */
-    komStatusMessageProcessor(const komStatusMessageProcessor&) = delete;
+    komStatusMessageProcessor(const komStatusMessageProcessor &) = delete;
     /** Not assignable, as it is not copyable. */
-    komStatusMessageProcessor& operator=(const komStatusMessageProcessor&) = delete;
+    komStatusMessageProcessor &operator=(const komStatusMessageProcessor &) = delete;
 
     /** The process-wide processor, created on first use under a lock. */
-    static komStatusMessageProcessor* defaultProcessor();
+    static komStatusMessageProcessor *defaultProcessor();
 
     /** Registers @p handler (not owned); a handler registered twice receives messages twice. */
-    void addStatusMessageHandler(komStatusMessageHandlerInterface* handler);
+    void addStatusMessageHandler(komStatusMessageHandlerInterface *handler);
     /** Unregisters every registration of @p handler. */
-    void removeStatusMessageHandler(komStatusMessageHandlerInterface* handler);
+    void removeStatusMessageHandler(komStatusMessageHandlerInterface *handler);
     /** Unregisters all handlers. */
     void removeStatusMessageHandlers();
     /** Number of registrations. */
     int handlerCount() const;
-    /** Passes the message to each handler whose verbosity is not above @p type, in registration order. */
-    void sendStatusMessage(StatusMessageType type, const komString& text, const komObject* sender);
+    /** Passes the message to each handler whose verbosity is not above @p type, in registration
+     * order. */
+    void sendStatusMessage(StatusMessageType type, const komString &text, const komObject *sender);
 
 private:
     struct Private;
@@ -83,7 +87,8 @@ private:
 };
 
 /** Sends a status message through the default processor. */
-KOM_EXPORT void sendStatusMessage(StatusMessageType type, const komString& text, const komObject* sender);
+KOM_EXPORT void sendStatusMessage(
+    StatusMessageType type, const komString &text, const komObject *sender);
 
 } // namespace kom
 

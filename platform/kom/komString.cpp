@@ -1,11 +1,9 @@
 #include "platform/kom/komString.h"
 
-komString::komString(const char* text)
+komString::komString(const char *text)
     : mText(text ? text : "")
-{
-}
+{ }
 
-komString::komString(const std::string& text)
+komString::komString(const std::string &text)
     : mText(text.c_str())
-{
-}
+{ }

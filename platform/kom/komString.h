@@ -10,23 +10,23 @@ class KOM_EXPORT komString
 {
 public:
     /** Copies the zero-terminated @p text (null makes an empty string). */
-    komString(const char* text = "");
+    komString(const char *text = "");
     /** Copies @p text up to its first zero byte. */
-    explicit komString(const std::string& text);
+    explicit komString(const std::string &text);
 
     /** The zero-terminated text, valid while the string lives and is not changed. */
-    const char* text() const { return mText.c_str(); }
+    const char *text() const { return mText.c_str(); }
     /** Number of bytes before the terminating zero. */
     int length() const { return int(mText.size()); }
     /** True for an empty string. */
     bool isEmpty() const { return mText.empty(); }
 
     /** Byte-wise equality. */
-    bool operator==(const komString& other) const { return mText == other.mText; }
+    bool operator==(const komString &other) const { return mText == other.mText; }
     /** Byte-wise inequality. */
-    bool operator!=(const komString& other) const { return mText != other.mText; }
+    bool operator!=(const komString &other) const { return mText != other.mText; }
     /** Byte-wise order. */
-    bool operator<(const komString& other) const { return mText < other.mText; }
+    bool operator<(const komString &other) const { return mText < other.mText; }
 
 private:
     std::string mText;

@@ -1,9 +1,9 @@
 #ifndef KOM_SYNCHRONIZATION_H
 #define KOM_SYNCHRONIZATION_H
 
-#include "platform/kom/kom_export.h"
 #include "platform/kom/komObject.h"
 #include "platform/kom/komSmart.h"
+#include "platform/kom/kom_export.h"
 
 /** Work that a spawned middleware thread runs. */
 class KOM_EXPORT komRunnableInterface : public virtual komInterface
@@ -62,11 +62,11 @@ public:
     /** Destroys the factory; what it made lives on. */
     ~komSynchronizationFactoryInterface() override;
     /** A new thread spawner. */
-    virtual komThreadSpawnerInterface* newThreadSpawner() = 0;
+    virtual komThreadSpawnerInterface *newThreadSpawner() = 0;
     /** A new non-recursive lock. */
-    virtual komLockInterface* newLock() = 0;
+    virtual komLockInterface *newLock() = 0;
     /** A new condition variable paired with @p lock, which must come from this factory. */
-    virtual komConditionVariableInterface* newConditionVariable(komLockInterface* lock) = 0;
+    virtual komConditionVariableInterface *newConditionVariable(komLockInterface *lock) = 0;
 };
 
 #endif // KOM_SYNCHRONIZATION_H

@@ -13,13 +13,13 @@ namespace
 std::atomic<TerminalHandler> gTerminalHandler(&defaultTerminalHandler);
 }
 
-void defaultTerminalHandler(const komString& message, const komObject* sender)
+void defaultTerminalHandler(const komString &message, const komObject *sender)
 {
     sendStatusMessage(StatusFatal, message, sender);
     throw komTerminalException(message);
 }
 
-void terminal(const komString& message, const komObject* sender)
+void terminal(const komString &message, const komObject *sender)
 {
     gTerminalHandler.load()(message, sender);
 }

@@ -91,7 +91,7 @@ const QString k_ActionNameEmail = QStringLiteral("EM");
 const QString k_ActionNameIPNotify = QStringLiteral("IP");
 } // namespace EventTypes
 
-const QString& getEventProfileKey(EEventProfileTypes type)
+const QString &getEventProfileKey(EEventProfileTypes type)
 {
     if (type < 0 || type >= kEventProfileTypeCount)
         return k_envProfileInvalidKey;
@@ -107,14 +107,14 @@ namespace
 {
 
 // "<translated prefix text> (<key>)", the name of a mailbox event.
-QString mailboxName(const char* text, const QString& key)
+QString mailboxName(const char *text, const QString &key)
 {
     return vocabulary::translated(text) + QLatin1String(" (") + key + QLatin1Char(')');
 }
 
 } // namespace
 
-QString triggerEventName(const QString& key)
+QString triggerEventName(const QString &key)
 {
     const int index = indexOfKey(sTriggerEvents, key);
     if (index >= 0)

@@ -8,11 +8,12 @@
 namespace ko
 {
 
-/** One camera trigger event: display text, short key as the camera reports it, and its event bit. */
+/** One camera trigger event: display text, short key as the camera reports it, and its event bit.
+ */
 struct TriggerEventRow
 {
-    const char* text; ///< display text, also the translation source in the context "Statics"
-    const char* key; ///< the event's short code, never translated
+    const char *text; ///< display text, also the translation source in the context "Statics"
+    const char *key; ///< the event's short code, never translated
     quint32 mask; ///< the event's bit in a 32-bit event mask, 0 when it has none
     quint32 reserved; ///< always 0
 };
@@ -23,8 +24,8 @@ constexpr int kTriggerEventCount = 48;
 /**
  * The camera trigger events; row 0 ("All Events", key "AE") carries every bit. Kept as cameras and
  * stored configurations know it: row 5 reads "Illumination (IL2)", row 17 reads "Signal Input 5
- * (SI4)" under the key "SI5", RH and RT carry their bits in swapped order, and signal inputs 5 to 16,
- * the door station rows and "disconnected" have no bit.
+ * (SI4)" under the key "SI5", RH and RT carry their bits in swapped order, and signal inputs 5 to
+ * 16, the door station rows and "disconnected" have no bit.
  */
 extern COREQT_EXPORT const TriggerEventRow sTriggerEvents[kTriggerEventCount];
 
@@ -49,7 +50,8 @@ enum EEventProfileTypes : int {
 /** Number of event profile types. */
 constexpr int kEventProfileTypeCount = 7;
 
-/** The event profile keys "ENV", "IMA", "INT", "MSG", "MET", "SIG", "TIM", indexed by EEventProfileTypes. */
+/** The event profile keys "ENV", "IMA", "INT", "MSG", "MET", "SIG", "TIM", indexed by
+ * EEventProfileTypes. */
 extern COREQT_EXPORT const QString k_envProfileKeys[kEventProfileTypeCount];
 /** The key of an invalid event profile type: a null string. */
 extern COREQT_EXPORT const QString k_envProfileInvalidKey;
@@ -85,7 +87,7 @@ extern COREQT_EXPORT const QString k_ilSensorName;
 } // namespace EventTypes
 
 /** The key of an event profile type, or the null k_envProfileInvalidKey for any other value. */
-COREQT_EXPORT const QString& getEventProfileKey(EEventProfileTypes type);
+COREQT_EXPORT const QString &getEventProfileKey(EEventProfileTypes type);
 
 /** The translated display text of trigger event row @p index (0 to 47; an empty text outside). */
 COREQT_EXPORT QString triggerEventName(int index);
@@ -94,12 +96,12 @@ COREQT_EXPORT QString triggerEventName(int index);
  * The translated display text of the event with @p key (exact, case-sensitive); mailbox keys
  * ("AMB_…", "AME_…") are named with the key in brackets; any other key comes back unchanged.
  */
-COREQT_EXPORT QString triggerEventName(const QString& key);
+COREQT_EXPORT QString triggerEventName(const QString &key);
 
 /**
- * The keys of the events whose bit is in all three masks (each mask tested on its own), in table order
- * and not bit order, joined by ", "; pass 0xFFFFFFFF twice to test one mask. "All Events" and the
- * rows without a bit are never listed.
+ * The keys of the events whose bit is in all three masks (each mask tested on its own), in table
+ * order and not bit order, joined by ", "; pass 0xFFFFFFFF twice to test one mask. "All Events" and
+ * the rows without a bit are never listed.
  */
 COREQT_EXPORT QString triggerEventsName(unsigned int maskA, unsigned int maskB, unsigned int maskC);
 

@@ -165,8 +165,8 @@ namespace
 // Value lookups scan every row, the "Unknown" row (value 0) included; only the whole value counts.
 template <std::size_t N> int indexOfValue(const EnumNameRow (&table)[N], qint32 value)
 {
-    const EnumNameRow* row = std::find_if(
-        std::begin(table), std::end(table), [value](const EnumNameRow& r) { return r.value == value; });
+    const EnumNameRow *row = std::find_if(std::begin(table), std::end(table),
+        [value](const EnumNameRow &r) { return r.value == value; });
     return row == std::end(table) ? -1 : int(row - std::begin(table));
 }
 
@@ -213,41 +213,42 @@ QString camEyeApiName(ko::ECamEye value)
     return index < 0 ? QString() : QString::fromLatin1(sCamEyes[index].key);
 }
 
-QString camEyeNameFiltered(const QString& key)
+QString camEyeNameFiltered(const QString &key)
 {
-    if (key == QLatin1String("right") || key == QLatin1String("left") || key == QLatin1String("auto"))
+    if (key == QLatin1String("right") || key == QLatin1String("left")
+        || key == QLatin1String("auto"))
         return camEyeName(key);
     return QStringLiteral(""); // empty, not null
 }
 
-QString streamCodex(const QString& key)
+QString streamCodex(const QString &key)
 {
     return textOfKey(sStreamCodex, key);
 }
 
-QString resolutionName(const QString& key)
+QString resolutionName(const QString &key)
 {
     return textOfKey(sResolutions, key);
 }
 
-QString resolutionNameFiltered(const QString& key)
+QString resolutionNameFiltered(const QString &key)
 {
     if (key == QLatin1String("customize"))
         return QStringLiteral(""); // empty, not null
     return resolutionName(key);
 }
 
-QString displayModeName(const QString& key)
+QString displayModeName(const QString &key)
 {
     return textOfKey(sDisplayModes, key);
 }
 
-QString exposurePresetName(const QString& key)
+QString exposurePresetName(const QString &key)
 {
     return textOfKey(sExposurePresets, key);
 }
 
-QString microSensitivityName(const QString& key)
+QString microSensitivityName(const QString &key)
 {
     return textOfKey(sMicrophoneSensitivity, key);
 }

@@ -16,26 +16,26 @@ namespace ko
 /** A camera setting's display text, enumeration value and configuration key. */
 struct EnumNameRow
 {
-    const char* text; ///< display text, also the translation source in the context "Statics"
+    const char *text; ///< display text, also the translation source in the context "Statics"
     qint32 value; ///< the setting's enumeration value
-    const char* key; ///< the key in the camera's configuration, never translated
+    const char *key; ///< the key in the camera's configuration, never translated
 };
 
 /** A camera setting's display text and configuration key. */
 struct KeyNameRow
 {
-    const char* text; ///< display text, also the translation source in the context "Statics"
-    const char* key; ///< the key in the camera's configuration, never translated
+    const char *text; ///< display text, also the translation source in the context "Statics"
+    const char *key; ///< the key in the camera's configuration, never translated
 };
 
 /**
  * The index of the first row of @p rows whose key equals @p key exactly (case-sensitive; a null
  * row key equals ""), or -1. Works on every vocabulary table, the trigger events included.
  */
-template <typename Row, std::size_t N> int indexOfKey(const Row (&rows)[N], const QString& key)
+template <typename Row, std::size_t N> int indexOfKey(const Row (&rows)[N], const QString &key)
 {
-    const Row* row = std::find_if(
-        std::begin(rows), std::end(rows), [&key](const Row& r) { return key == QLatin1String(r.key); });
+    const Row *row = std::find_if(std::begin(rows), std::end(rows),
+        [&key](const Row &r) { return key == QLatin1String(r.key); });
     return row == std::end(rows) ? -1 : int(row - std::begin(rows));
 }
 
@@ -175,8 +175,8 @@ extern COREQT_EXPORT const ko::EnumNameRow sNightImprovements[4];
 /** White balance modes; the last row is "Unknown". */
 extern COREQT_EXPORT const ko::EnumNameRow sWhiteBalances[14];
 /**
- * Noise suppression: the lux family (keys in tenths of a lux), the level family, "Unknown". Kept as it
- * always was: both families have an "Off" row, key "0" (value 0x2) and key "off" (value 0x80).
+ * Noise suppression: the lux family (keys in tenths of a lux), the level family, "Unknown". Kept as
+ * it always was: both families have an "Off" row, key "0" (value 0x2) and key "off" (value 0x80).
  */
 extern COREQT_EXPORT const ko::EnumNameRow sNoiseSuppressions[9];
 /** Dark noise suppression levels; the last row is "Unknown". */
@@ -207,11 +207,11 @@ COREQT_EXPORT QString camEyeName(int index);
 /** Translated name of a camera eye value, or "???" (untranslated). */
 COREQT_EXPORT QString camEyeName(ko::ECamEye value);
 /** Translated name of a camera eye key, or the key itself. */
-COREQT_EXPORT QString camEyeName(const QString& key);
+COREQT_EXPORT QString camEyeName(const QString &key);
 /** Configuration key of a camera eye value, or a null string. */
 COREQT_EXPORT QString camEyeApiName(ko::ECamEye value);
 /** camEyeName(key) for the keys "right", "left" and "auto"; an empty string for any other key. */
-COREQT_EXPORT QString camEyeNameFiltered(const QString& key);
+COREQT_EXPORT QString camEyeNameFiltered(const QString &key);
 
 /** Row index of a stream mode value, or -1. */
 COREQT_EXPORT int streamModeIndex(ko::EStreamMode value);
@@ -220,7 +220,7 @@ COREQT_EXPORT QString streamModeName(int index);
 /** Translated name of a stream mode value, "Unknown" for 0, or "???" (untranslated). */
 COREQT_EXPORT QString streamModeName(ko::EStreamMode value);
 /** Translated name of a stream mode key, or the key itself. */
-COREQT_EXPORT QString streamModeName(const QString& key);
+COREQT_EXPORT QString streamModeName(const QString &key);
 
 /** Row index of a night improvement value, or -1. */
 COREQT_EXPORT int nightImprovementIndex(ko::ENightImproveMode value);
@@ -229,7 +229,7 @@ COREQT_EXPORT QString nightImprovementName(int index);
 /** Translated name of a night improvement value, "Unknown" for 0, or "???" (untranslated). */
 COREQT_EXPORT QString nightImprovementName(ko::ENightImproveMode value);
 /** Translated name of a night improvement key, or the key itself. */
-COREQT_EXPORT QString nightImprovementName(const QString& key);
+COREQT_EXPORT QString nightImprovementName(const QString &key);
 
 /** Row index of a white balance value, or -1. */
 COREQT_EXPORT int whiteBalanceIndex(ko::EWhiteBMode value);
@@ -238,7 +238,7 @@ COREQT_EXPORT QString whiteBalanceName(int index);
 /** Translated name of a white balance value, "Unknown" for 0, or "???" (untranslated). */
 COREQT_EXPORT QString whiteBalanceName(ko::EWhiteBMode value);
 /** Translated name of a white balance key, or the key itself. */
-COREQT_EXPORT QString whiteBalanceName(const QString& key);
+COREQT_EXPORT QString whiteBalanceName(const QString &key);
 
 /** Row index of a noise suppression value, or -1. */
 COREQT_EXPORT int noiseSuppressionIndex(ko::ENoiseSurp value);
@@ -247,7 +247,7 @@ COREQT_EXPORT QString noiseSuppressionName(int index);
 /** Translated name of a noise suppression value, "Unknown" for 0, or "???" (untranslated). */
 COREQT_EXPORT QString noiseSuppressionName(ko::ENoiseSurp value);
 /** Translated name of a noise suppression key (tenths of a lux, or a level), or the key itself. */
-COREQT_EXPORT QString noiseSuppressionName(const QString& key);
+COREQT_EXPORT QString noiseSuppressionName(const QString &key);
 
 /** Row index of a dark noise suppression value, or -1. */
 COREQT_EXPORT int darkNoiseSuppressionIndex(ko::EDarkNoiseSurp value);
@@ -256,7 +256,7 @@ COREQT_EXPORT QString darkNoiseSuppressionName(int index);
 /** Translated name of a dark noise suppression value, "Unknown" for 0, or "???" (untranslated). */
 COREQT_EXPORT QString darkNoiseSuppressionName(ko::EDarkNoiseSurp value);
 /** Translated name of a dark noise suppression key, or the key itself. */
-COREQT_EXPORT QString darkNoiseSuppressionName(const QString& key);
+COREQT_EXPORT QString darkNoiseSuppressionName(const QString &key);
 
 /** Row index of a contrast mode value, or -1. */
 COREQT_EXPORT int contrastModeIndex(ko::EContrastMode value);
@@ -265,43 +265,45 @@ COREQT_EXPORT QString contrastModeName(int index);
 /** Translated name of a contrast mode value, "Unknown" for 0, or "???" (untranslated). */
 COREQT_EXPORT QString contrastModeName(ko::EContrastMode value);
 /** Translated name of a contrast mode key, or the key itself. */
-COREQT_EXPORT QString contrastModeName(const QString& key);
+COREQT_EXPORT QString contrastModeName(const QString &key);
 
-/** Translated stream codec name for the codec setting's value ("enable", "disable"), or the key itself. */
-COREQT_EXPORT QString streamCodex(const QString& key);
+/** Translated stream codec name for the codec setting's value ("enable", "disable"), or the key
+ * itself. */
+COREQT_EXPORT QString streamCodex(const QString &key);
 
 /**
- * Translated resolution name of a key such as "704x576" or "4CIF", or the key itself. Kept as it always
- * was: "704x576" names "TV-PAL (704x576)", the first of two rows with that key; "4CIF (704x576)" is
- * reached through "4CIF" only.
+ * Translated resolution name of a key such as "704x576" or "4CIF", or the key itself. Kept as it
+ * always was: "704x576" names "TV-PAL (704x576)", the first of two rows with that key; "4CIF
+ * (704x576)" is reached through "4CIF" only.
  */
-COREQT_EXPORT QString resolutionName(const QString& key);
+COREQT_EXPORT QString resolutionName(const QString &key);
 /** resolutionName(key), except an empty string for the key "customize". */
-COREQT_EXPORT QString resolutionNameFiltered(const QString& key);
+COREQT_EXPORT QString resolutionNameFiltered(const QString &key);
 
 /** Translated display mode name of a key such as "lenscorr_l22", or the key itself. */
-COREQT_EXPORT QString displayModeName(const QString& key);
+COREQT_EXPORT QString displayModeName(const QString &key);
 
 /** Translated exposure area name of a key such as "right_left", or the key itself; "" gives "". */
-COREQT_EXPORT QString exposurePresetName(const QString& key);
+COREQT_EXPORT QString exposurePresetName(const QString &key);
 
 /** Translated microphone sensitivity name of a key ("0" to "2"), or the key itself. */
-COREQT_EXPORT QString microSensitivityName(const QString& key);
+COREQT_EXPORT QString microSensitivityName(const QString &key);
 /**
- * Translated microphone sensitivity name of identifier @p id, truncated toward zero; a null string when
- * that is above 2 (or @p id is -1 or below).
+ * Translated microphone sensitivity name of identifier @p id, truncated toward zero; a null string
+ * when that is above 2 (or @p id is -1 or below).
  */
 COREQT_EXPORT QString microSensitivityNameFromID(double id);
 
 /**
- * Translated microphone target name of identifier @p id, truncated toward zero; a null string when that
- * is above 3 (or @p id is -1 or below).
+ * Translated microphone target name of identifier @p id, truncated toward zero; a null string when
+ * that is above 3 (or @p id is -1 or below).
  */
 COREQT_EXPORT QString nameFromInOut(double id);
 
 /**
- * A frame rate given in hundredths of a frame per second, as frames per second with up to six significant
- * digits (2500 gives "25", 333 gives "3.33"); 0 stands for no limit and gives "Maximum", untranslated.
+ * A frame rate given in hundredths of a frame per second, as frames per second with up to six
+ * significant digits (2500 gives "25", 333 gives "3.33"); 0 stands for no limit and gives
+ * "Maximum", untranslated.
  */
 COREQT_EXPORT QString transformFPS(double fps);
 

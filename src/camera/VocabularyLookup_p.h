@@ -17,8 +17,9 @@ namespace ko
 namespace vocabulary
 {
 
-/** The display text @p text translated in the context "Statics"; a null text gives a null string. */
-inline QString translated(const char* text)
+/** The display text @p text translated in the context "Statics"; a null text gives a null string.
+ */
+inline QString translated(const char *text)
 {
     return QCoreApplication::translate("Statics", text);
 }
@@ -26,14 +27,15 @@ inline QString translated(const char* text)
 /** The translated text of row @p index. */
 template <typename Row, std::size_t N> QString textAt(const Row (&table)[N], int index)
 {
-    // An index outside the table is outside the caller's contract: give an empty text, read nothing.
+    // An index outside the table is outside the caller's contract: give an empty text, read
+    // nothing.
     if (index < 0 || std::size_t(index) >= N)
         return QString();
     return translated(table[index].text);
 }
 
 /** The translated text of the first row with @p key, or @p key unchanged when no row has it. */
-template <typename Row, std::size_t N> QString textOfKey(const Row (&table)[N], const QString& key)
+template <typename Row, std::size_t N> QString textOfKey(const Row (&table)[N], const QString &key)
 {
     const int index = indexOfKey(table, key);
     return index < 0 ? key : translated(table[index].text);

@@ -28,7 +28,8 @@ namespace ko
 /** The timer a job is given, already started: a QTime on Qt 5 (elapsed(), restart()). */
 using JobTimer = QTime;
 
-/** The mutex under komQtLock and the signal pool's workers: QMutex with its recursion modes on Qt 5. */
+/** The mutex under komQtLock and the signal pool's workers: QMutex with its recursion modes on
+ * Qt 5. */
 using RecursionModeMutex = QMutex;
 
 /** Whether the split functions keep empty parts: QString::SplitBehavior on Qt 5. */

@@ -21,7 +21,7 @@ constexpr int msecsPerDay = 86400000;
 // @p monotonicNs, when given, receives the same instant on the monotonic clock of the job's running
 // time, from an offset between the two clocks that is looked up with the other: the job's start
 // costs no clock read of its own.
-QTime currentLocalTime(qint64* monotonicNs = nullptr)
+QTime currentLocalTime(qint64 *monotonicNs = nullptr)
 {
     thread_local qint64 offsetValidFrom = 0;
     thread_local qint64 offsetValidUntil = 0;
@@ -42,14 +42,14 @@ QTime currentLocalTime(qint64* monotonicNs = nullptr)
 
 } // namespace
 
-qint64 startJobTimer(JobTimer& timer)
+qint64 startJobTimer(JobTimer &timer)
 {
     qint64 startNs = 0;
     timer = currentLocalTime(&startNs); // as QTime::start() would set it
     return startNs;
 }
 
-int jobTimerElapsed(const JobTimer& timer)
+int jobTimerElapsed(const JobTimer &timer)
 {
     // What QTime::elapsed() gives (a start later in the day than now counts as one on the day
     // before), read against currentLocalTime().

@@ -24,8 +24,7 @@ RecursionModeMutex::RecursionModeMutex(RecursionMode mode)
     : mRecursive(mode == Recursive)
     , mOwner(nullptr)
     , mDepth(0)
-{
-}
+{ }
 
 RecursionModeMutex::~RecursionModeMutex() = default;
 
@@ -73,15 +72,15 @@ namespace
 
 std::atomic<MessageHandler> sMessageHandler { nullptr };
 
-void forwardMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
+void forwardMessage(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (const MessageHandler handler = sMessageHandler.load())
         handler(type, message.toLocal8Bit().constData());
 }
 
-template <typename T> bool heldIsNull(const QVariant& value)
+template <typename T> bool heldIsNull(const QVariant &value)
 {
-    return static_cast<const T*>(value.constData())->isNull();
+    return static_cast<const T *>(value.constData())->isNull();
 }
 
 bool isEnumeration(QMetaType type)
@@ -90,7 +89,7 @@ bool isEnumeration(QMetaType type)
 }
 
 // Qt 5 turned text into any enumeration by its number when no enumerator had that name.
-bool textToEnumeration(QVariant& value, QMetaType type)
+bool textToEnumeration(QVariant &value, QMetaType type)
 {
     bool ok = false;
     const qlonglong number = value.toString().toLongLong(&ok);
@@ -116,20 +115,20 @@ bool textToEnumeration(QVariant& value, QMetaType type)
 
 } // namespace
 
-qint64 startJobTimer(JobTimer& timer)
+qint64 startJobTimer(JobTimer &timer)
 {
     timer.start();
     return monotonicNsecs();
 }
 
-int jobTimerElapsed(const JobTimer& timer)
+int jobTimerElapsed(const JobTimer &timer)
 {
     // A job that invalidated its timer gets 0, as Qt 5's invalid QTime gave; a run beyond the int
     // range gets its end.
     return timer.isValid() ? int(qMin(timer.elapsed(), qint64(INT_MAX))) : 0;
 }
 
-bool isNull(const QVariant& value)
+bool isNull(const QVariant &value)
 {
     if (value.isNull())
         return true;
@@ -174,13 +173,13 @@ bool isNull(const QVariant& value)
     case QMetaType::QCborValue:
         return heldIsNull<QCborValue>(value);
     case QMetaType::QVariant:
-        return isNull(*static_cast<const QVariant*>(value.constData()));
+        return isNull(*static_cast<const QVariant *>(value.constData()));
     default:
         return false;
     }
 }
 
-bool canConvert(const QVariant& value, int typeId)
+bool canConvert(const QVariant &value, int typeId)
 {
     const QMetaType target(typeId);
     const int source = value.userType();
@@ -192,7 +191,7 @@ bool canConvert(const QVariant& value, int typeId)
     }
     if (typeId == QMetaType::QString) {
         if (source == QMetaType::QStringList)
-            return static_cast<const QStringList*>(value.constData())->size() == 1;
+            return static_cast<const QStringList *>(value.constData())->size() == 1;
         if (source == QMetaType::Long || source == QMetaType::ULong || source == QMetaType::UChar
             || source == QMetaType::QCborSimpleType || isEnumeration(value.metaType()))
             return false;
@@ -200,7 +199,7 @@ bool canConvert(const QVariant& value, int typeId)
     return value.canConvert(target);
 }
 
-bool convert(QVariant& value, int typeId)
+bool convert(QVariant &value, int typeId)
 {
     if (!canConvert(value, typeId))
         return false;
@@ -214,7 +213,7 @@ bool convert(QVariant& value, int typeId)
     return text && isEnumeration(target) && textToEnumeration(value, target);
 }
 
-bool wait(QWaitCondition& condition, RecursionModeMutex* mutex)
+bool wait(QWaitCondition &condition, RecursionModeMutex *mutex)
 {
     if (!mutex)
         return false;

@@ -37,7 +37,7 @@ struct Endpoint
     }
 };
 
-Endpoint& endpoint()
+Endpoint &endpoint()
 {
     static Endpoint instance;
     return instance;
@@ -50,14 +50,14 @@ void closeAtExit()
 
 } // namespace
 
-bool Console::listen(const QString& nameOrPath)
+bool Console::listen(const QString &nameOrPath)
 {
-    Endpoint& open = endpoint();
+    Endpoint &open = endpoint();
     QMutexLocker lock(&open.mutex);
     open.stop_locked();
     auto thread = std::make_unique<QThread>();
     thread->setObjectName(QStringLiteral("CoreQt-Console"));
-    auto* server = new ConsoleServer;
+    auto *server = new ConsoleServer;
     server->moveToThread(thread.get());
     QObject::connect(thread.get(), &QThread::finished, server, &QObject::deleteLater);
     thread->start();
@@ -86,28 +86,29 @@ bool Console::listen(const QString& nameOrPath)
 
 void Console::close()
 {
-    Endpoint& open = endpoint();
+    Endpoint &open = endpoint();
     QMutexLocker lock(&open.mutex);
     open.stop_locked();
 }
 
 bool Console::isListening()
 {
-    Endpoint& open = endpoint();
+    Endpoint &open = endpoint();
     QMutexLocker lock(&open.mutex);
     return !open.path.isEmpty();
 }
 
 QString Console::serverPath()
 {
-    Endpoint& open = endpoint();
+    Endpoint &open = endpoint();
     QMutexLocker lock(&open.mutex);
     return open.path;
 }
 
-QString Console::socketPath(const QString& nameOrPath)
+QString Console::socketPath(const QString &nameOrPath)
 {
-    return QDir::isAbsolutePath(nameOrPath) ? nameOrPath : QDir::tempPath() + QLatin1Char('/') + nameOrPath;
+    return QDir::isAbsolutePath(nameOrPath) ? nameOrPath
+                                            : QDir::tempPath() + QLatin1Char('/') + nameOrPath;
 }
 
 } // namespace ko

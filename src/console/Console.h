@@ -34,15 +34,17 @@ public:
      * on which another console answers is not, nor a file that is not a socket: then false, and
      * one warning in the log. Needs a QCoreApplication.
      */
-    static bool listen(const QString& nameOrPath);
-    /** Closes the console, drops its clients and removes the socket; nothing happens when none is open. */
+    static bool listen(const QString &nameOrPath);
+    /** Closes the console, drops its clients and removes the socket; nothing happens when none is
+     * open. */
     static void close();
     /** True while the console is open. */
     static bool isListening();
     /** The socket's path while the console is open; empty otherwise. */
     static QString serverPath();
-    /** The path of the socket @p nameOrPath: itself when absolute, otherwise in QDir::tempPath(). */
-    static QString socketPath(const QString& nameOrPath);
+    /** The path of the socket @p nameOrPath: itself when absolute, otherwise in QDir::tempPath().
+     */
+    static QString socketPath(const QString &nameOrPath);
 };
 
 } // namespace ko

@@ -17,17 +17,17 @@ namespace
 // A console's document is a few kilobytes per pool; a peer that sends more is something else.
 constexpr int kMaxDocumentBytes = 16 << 20;
 
-int remaining(const QDeadlineTimer& deadline)
+int remaining(const QDeadlineTimer &deadline)
 {
     return deadline.isForever() ? -1 : int(deadline.remainingTime());
 }
 
 } // namespace
 
-ConsoleClient::Reply ConsoleClient::fetch(const QString& nameOrPath, int timeoutMs)
+ConsoleClient::Reply ConsoleClient::fetch(const QString &nameOrPath, int timeoutMs)
 {
     Reply reply;
-    const auto failed = [&reply, &nameOrPath](Error error, const QString& what) {
+    const auto failed = [&reply, &nameOrPath](Error error, const QString &what) {
         reply.error = error;
         reply.message = nameOrPath + QStringLiteral(": ") + what;
         return reply;
@@ -43,7 +43,8 @@ ConsoleClient::Reply ConsoleClient::fetch(const QString& nameOrPath, int timeout
     if (!S_ISSOCK(status.st_mode))
         return failed(NotAConsole, notAConsole + QStringLiteral(" (not a socket)"));
 
-    const QDeadlineTimer deadline(timeoutMs < 0 ? QDeadlineTimer::Forever : QDeadlineTimer(timeoutMs));
+    const QDeadlineTimer deadline(
+        timeoutMs < 0 ? QDeadlineTimer::Forever : QDeadlineTimer(timeoutMs));
     QLocalSocket socket;
     socket.connectToServer(path, QIODevice::ReadOnly);
     if (!socket.waitForConnected(remaining(deadline))) {
@@ -53,8 +54,8 @@ ConsoleClient::Reply ConsoleClient::fetch(const QString& nameOrPath, int timeout
         case QLocalSocket::ServerNotFoundError:
             return failed(NoSuchSocket, QStringLiteral("no such socket"));
         case QLocalSocket::SocketAccessError:
-            return failed(
-                NoAccess, QStringLiteral("permission denied (a console answers its own user only)"));
+            return failed(NoAccess,
+                QStringLiteral("permission denied (a console answers its own user only)"));
         case QLocalSocket::ConnectionRefusedError:
             return failed(NotListening, QStringLiteral("nothing listens on it"));
         default:

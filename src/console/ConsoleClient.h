@@ -14,7 +14,15 @@ class COREQTCONSOLE_EXPORT ConsoleClient
 {
 public:
     /** Why a fetch failed. */
-    enum Error { NoError, NoSuchSocket, NotListening, NoAccess, NotAConsole, NoAnswer, UnknownVersion };
+    enum Error {
+        NoError,
+        NoSuchSocket,
+        NotListening,
+        NoAccess,
+        NotAConsole,
+        NoAnswer,
+        UnknownVersion
+    };
     /** @var NoError
      *  The document was read. */
     /** @var NoSuchSocket
@@ -35,7 +43,8 @@ public:
     {
         /** NoError, or why it failed. */
         Error error = NoError;
-        /** On failure: the name or path, a colon and what went wrong, such as "x: no such socket". */
+        /** On failure: the name or path, a colon and what went wrong, such as "x: no such socket".
+         */
         QString message;
         /** The bytes received. */
         QByteArray json;
@@ -53,7 +62,7 @@ public:
      * Connects to the console at @p nameOrPath (see Console::socketPath) and reads its document,
      * waiting at most @p timeoutMs in all (negative: no limit). Blocks; needs no event loop.
      */
-    static Reply fetch(const QString& nameOrPath, int timeoutMs = kDefaultTimeoutMs);
+    static Reply fetch(const QString &nameOrPath, int timeoutMs = kDefaultTimeoutMs);
 };
 
 } // namespace ko

@@ -53,14 +53,15 @@ struct COREQTCONSOLE_EXPORT ConsoleDocument
      * itself a CoreQt console is NotAConsole; another format version is UnknownVersion, with
      * @p document's version set to it. Fields that are missing keep their defaults.
      */
-    static ReadResult fromJson(const QByteArray& json, ConsoleDocument* document);
+    static ReadResult fromJson(const QByteArray &json, ConsoleDocument *document);
 };
 
 /** The name of log level @p level (0 to 4) in a document: "Debug", "Message", "Warning", "Error",
  * "FatalError". */
 COREQTCONSOLE_EXPORT QString logLevelName(int level);
 
-/** The status of a pool whose lock was not had in @p lockWaitMs: "lock busy for more than 1.0 s". */
+/** The status of a pool whose lock was not had in @p lockWaitMs: "lock busy for more than 1.0 s".
+ */
 COREQTCONSOLE_EXPORT QString lockBusyText(int lockWaitMs);
 
 } // namespace ko

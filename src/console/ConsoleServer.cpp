@@ -17,7 +17,7 @@ namespace
 {
 
 // True when a server accepts connections on @p path.
-bool answers(const QString& path)
+bool answers(const QString &path)
 {
     QLocalSocket probe;
     probe.connectToServer(path, QIODevice::ReadOnly);
@@ -26,7 +26,7 @@ bool answers(const QString& path)
 
 } // namespace
 
-ConsoleServer::ConsoleServer(QObject* parent)
+ConsoleServer::ConsoleServer(QObject *parent)
     : QObject(parent)
     , mServer(this) // moves to the console's thread with its parent
 {
@@ -34,10 +34,10 @@ ConsoleServer::ConsoleServer(QObject* parent)
     connect(&mServer, &QLocalServer::newConnection, this, &ConsoleServer::serve);
 }
 
-bool ConsoleServer::listen(const QString& nameOrPath)
+bool ConsoleServer::listen(const QString &nameOrPath)
 {
     const QString path = Console::socketPath(nameOrPath);
-    const auto refuse = [&path](const QString& reason) {
+    const auto refuse = [&path](const QString &reason) {
         LogLine(Log::Warning) << "console: cannot listen on " << path << ": " << reason;
         return false;
     };
@@ -62,7 +62,7 @@ bool ConsoleServer::listen(const QString& nameOrPath)
 
 void ConsoleServer::serve()
 {
-    while (QLocalSocket* client = mServer.nextPendingConnection()) {
+    while (QLocalSocket *client = mServer.nextPendingConnection()) {
         connect(client, &QLocalSocket::disconnected, client, &QObject::deleteLater);
         if (mClients >= Console::kMaxClients) {
             client->abort();
@@ -76,8 +76,9 @@ void ConsoleServer::serve()
             if (client->bytesToWrite() == 0)
                 client->disconnectFromServer();
         });
-        // A child of the client, so that it goes with it: thousands of short clients leave no timers.
-        auto* limit = new QTimer(client);
+        // A child of the client, so that it goes with it: thousands of short clients leave no
+        // timers.
+        auto *limit = new QTimer(client);
         limit->setSingleShot(true);
         connect(limit, &QTimer::timeout, client, &QLocalSocket::abort);
         limit->start(Console::kClientTimeLimitMs);

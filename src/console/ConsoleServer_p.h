@@ -18,10 +18,10 @@ class ConsoleServer : public QObject
 
 public:
     /** A server that does not listen yet. */
-    explicit ConsoleServer(QObject* parent = nullptr);
+    explicit ConsoleServer(QObject *parent = nullptr);
 
     /** Listens on @p nameOrPath (see Console::listen); call it in the server's thread. */
-    bool listen(const QString& nameOrPath);
+    bool listen(const QString &nameOrPath);
     /** The socket's path while it listens. */
     QString fullServerName() const { return mServer.fullServerName(); }
 

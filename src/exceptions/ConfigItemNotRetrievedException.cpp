@@ -3,20 +3,19 @@
 namespace ko
 {
 
-ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const QString& message)
+ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const QString &message)
     : RuntimeException(message)
-{
-}
+{ }
 
 // The object is neither stored nor printed: both forms must print the same.
-ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(const QString& message, komObject*)
+ConfigItemNotRetrievedException::ConfigItemNotRetrievedException(
+    const QString &message, komObject *)
     : RuntimeException(message)
-{
-}
+{ }
 
 ConfigItemNotRetrievedException::~ConfigItemNotRetrievedException() = default;
 
-ConfigItemNotRetrievedException* ConfigItemNotRetrievedException::clone() const
+ConfigItemNotRetrievedException *ConfigItemNotRetrievedException::clone() const
 {
     return new ConfigItemNotRetrievedException(*this);
 }

@@ -13,13 +13,14 @@ class COREQT_EXPORT ConfigItemNotRetrievedException : public RuntimeException
 {
 public:
     /** Creates the exception with @p message and no cause. */
-    explicit ConfigItemNotRetrievedException(const QString& message);
-    /** Kept as it always was: the same as the one-argument form, @p object is neither stored nor printed. */
-    ConfigItemNotRetrievedException(const QString& message, komObject* object);
+    explicit ConfigItemNotRetrievedException(const QString &message);
+    /** Kept as it always was: the same as the one-argument form, @p object is neither stored nor
+     * printed. */
+    ConfigItemNotRetrievedException(const QString &message, komObject *object);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~ConfigItemNotRetrievedException() override;
     /** A new heap copy; the caller owns it. */
-    ConfigItemNotRetrievedException* clone() const override;
+    ConfigItemNotRetrievedException *clone() const override;
 };
 
 } // namespace ko

@@ -3,14 +3,13 @@
 namespace ko
 {
 
-DivisionByZeroException::DivisionByZeroException(const QString& message)
+DivisionByZeroException::DivisionByZeroException(const QString &message)
     : RuntimeException(message)
-{
-}
+{ }
 
 DivisionByZeroException::~DivisionByZeroException() = default;
 
-DivisionByZeroException* DivisionByZeroException::clone() const
+DivisionByZeroException *DivisionByZeroException::clone() const
 {
     return new DivisionByZeroException(*this);
 }

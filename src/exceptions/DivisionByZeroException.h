@@ -11,11 +11,11 @@ class COREQT_EXPORT DivisionByZeroException : public RuntimeException
 {
 public:
     /** Creates the exception with @p message and no cause. */
-    explicit DivisionByZeroException(const QString& message);
+    explicit DivisionByZeroException(const QString &message);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~DivisionByZeroException() override;
     /** A new heap copy; the caller owns it. */
-    DivisionByZeroException* clone() const override;
+    DivisionByZeroException *clone() const override;
 };
 
 } // namespace ko

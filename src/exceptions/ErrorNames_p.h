@@ -17,15 +17,16 @@ namespace detail
 struct ErrorName
 {
     int value;
-    const char* text;
+    const char *text;
 };
 
 // The name of @p value in @p rows (or @p fallback), translated in @p context.
 template <std::size_t N>
-QString translatedErrorName(const char* context, const ErrorName (&rows)[N], int value, const char* fallback)
+QString translatedErrorName(
+    const char *context, const ErrorName (&rows)[N], int value, const char *fallback)
 {
     const auto row = std::find_if(
-        std::begin(rows), std::end(rows), [value](const ErrorName& r) { return r.value == value; });
+        std::begin(rows), std::end(rows), [value](const ErrorName &r) { return r.value == value; });
     return QCoreApplication::translate(context, row != std::end(rows) ? row->text : fallback);
 }
 

@@ -26,7 +26,7 @@ template <class Write> QString writtenText(Write write)
 
 } // namespace
 
-ExceptionQt::ExceptionQt(const QString& message, const ExceptionQt* cause)
+ExceptionQt::ExceptionQt(const QString &message, const ExceptionQt *cause)
     : Exception(std::string(), cause)
     , mMessage(message)
     , mCauseQt(nullptr)
@@ -34,7 +34,7 @@ ExceptionQt::ExceptionQt(const QString& message, const ExceptionQt* cause)
     mirrorCause();
 }
 
-ExceptionQt::ExceptionQt(const ExceptionQt& other)
+ExceptionQt::ExceptionQt(const ExceptionQt &other)
     : Exception(other)
     , mMessage(other.mMessage)
     , mCauseQt(nullptr)
@@ -42,7 +42,7 @@ ExceptionQt::ExceptionQt(const ExceptionQt& other)
     mirrorCause();
 }
 
-ExceptionQt& ExceptionQt::operator=(const ExceptionQt& other)
+ExceptionQt &ExceptionQt::operator=(const ExceptionQt &other)
 {
     if (this == &other)
         return *this;
@@ -66,32 +66,32 @@ ExceptionQt::~ExceptionQt()
 // copied); causeQt only ever points at that copy.
 void ExceptionQt::mirrorCause()
 {
-    mCauseQt = dynamic_cast<const ExceptionQt*>(Exception::cause());
+    mCauseQt = dynamic_cast<const ExceptionQt *>(Exception::cause());
 }
 
-bool ExceptionQt::chainHolds(const ExceptionQt& other) const
+bool ExceptionQt::chainHolds(const ExceptionQt &other) const
 {
-    for (const Exception* e = Exception::cause(); e; e = e->cause()) {
+    for (const Exception *e = Exception::cause(); e; e = e->cause()) {
         if (e == &other)
             return true;
     }
     return false;
 }
 
-void ExceptionQt::generateWhat(std::string& out) const
+void ExceptionQt::generateWhat(std::string &out) const
 {
     const QByteArray bytes = compat::toAscii(toString());
     out.assign(bytes.constData(), size_t(bytes.size()));
 }
 
-ExceptionQt* ExceptionQt::clone() const
+ExceptionQt *ExceptionQt::clone() const
 {
     return new ExceptionQt(*this);
 }
 
 QString ExceptionQt::className() const
 {
-    const char* name = typeid(*this).name();
+    const char *name = typeid(*this).name();
     if (*name == '*')
         ++name;
     QString result = compat::fromAscii(name);
@@ -102,40 +102,40 @@ QString ExceptionQt::className() const
     return result;
 }
 
-void ExceptionQt::printMessage(QTextStream& s) const
+void ExceptionQt::printMessage(QTextStream &s) const
 {
     s << mMessage;
 }
 
-void ExceptionQt::setMessage(const QString& message)
+void ExceptionQt::setMessage(const QString &message)
 {
     mMessage = message;
 }
 
-const ExceptionQt* ExceptionQt::causeQt() const
+const ExceptionQt *ExceptionQt::causeQt() const
 {
     return mCauseQt;
 }
 
-void ExceptionQt::setCause(const ExceptionQt* cause)
+void ExceptionQt::setCause(const ExceptionQt *cause)
 {
     Exception::setCause(cause);
     mirrorCause();
 }
 
-void ExceptionQt::setCause(const ExceptionQt& cause)
+void ExceptionQt::setCause(const ExceptionQt &cause)
 {
     setCause(&cause);
 }
 
 QString ExceptionQt::message() const
 {
-    return writtenText([this](QTextStream& s) { printMessage(s); });
+    return writtenText([this](QTextStream &s) { printMessage(s); });
 }
 
-void ExceptionQt::print(QTextStream& s) const
+void ExceptionQt::print(QTextStream &s) const
 {
-    for (const ExceptionQt* e = this; e; e = e->causeQt()) {
+    for (const ExceptionQt *e = this; e; e = e->causeQt()) {
         if (e != this)
             s << QLatin1String("caused by:\t");
         s << e->className() << QLatin1String(": ");
@@ -147,7 +147,7 @@ void ExceptionQt::print(QTextStream& s) const
 
 QString ExceptionQt::toString() const
 {
-    return writtenText([this](QTextStream& s) { print(s); });
+    return writtenText([this](QTextStream &s) { print(s); });
 }
 
 ExceptionQt::operator QString() const
@@ -155,7 +155,7 @@ ExceptionQt::operator QString() const
     return toString();
 }
 
-QTextStream& operator<<(QTextStream& s, const ExceptionQt& e)
+QTextStream &operator<<(QTextStream &s, const ExceptionQt &e)
 {
     e.print(s);
     return s;

@@ -26,33 +26,31 @@ const detail::ErrorName sFileErrorNames[] = {
 };
 
 // Also the name of QFile::UnspecifiedError.
-const char* const sUnspecifiedError = QT_TRANSLATE_NOOP("QFile", "UnspecifiedError");
+const char *const sUnspecifiedError = QT_TRANSLATE_NOOP("QFile", "UnspecifiedError");
 
 } // namespace
 
-FileException::FileException(QFile::FileError error, const QString& message, const ExceptionQt* cause)
+FileException::FileException(
+    QFile::FileError error, const QString &message, const ExceptionQt *cause)
     : IOException(message, cause)
     , mFileInfo()
     , mError(error)
-{
-}
+{ }
 
-FileException::FileException(
-    const QFileInfo& fileInfo, QFile::FileError error, const QString& message, const ExceptionQt* cause)
+FileException::FileException(const QFileInfo &fileInfo, QFile::FileError error,
+    const QString &message, const ExceptionQt *cause)
     : IOException(message, cause)
     , mFileInfo(fileInfo)
     , mError(error)
-{
-}
+{ }
 
-FileException::FileException(const QFile& file)
+FileException::FileException(const QFile &file)
     : IOException(file.errorString())
     , mFileInfo(file)
     , mError(file.error())
-{
-}
+{ }
 
-FileException& FileException::operator=(const FileException& other)
+FileException &FileException::operator=(const FileException &other)
 {
     if (chainHolds(other))
         return *this = FileException(other);
@@ -64,7 +62,7 @@ FileException& FileException::operator=(const FileException& other)
 
 FileException::~FileException() = default;
 
-FileException* FileException::clone() const
+FileException *FileException::clone() const
 {
     return new FileException(*this);
 }
@@ -74,7 +72,7 @@ QString FileException::errorString(QFile::FileError error)
     return detail::translatedErrorName("QFile", sFileErrorNames, int(error), sUnspecifiedError);
 }
 
-void FileException::printMessage(QTextStream& s) const
+void FileException::printMessage(QTextStream &s) const
 {
     // The path is written even when empty, so a bare error reads ": OpenError".
     s << mFileInfo.filePath();

@@ -14,23 +14,22 @@ const detail::ErrorName sStatusNames[] = {
     { QTextStream::ReadCorruptData, QT_TRANSLATE_NOOP("QTextStream", "ReadCorruptData") },
 };
 
-const char* const sUnknownStatus = QT_TRANSLATE_NOOP("QTextStream", "UnknownError");
+const char *const sUnknownStatus = QT_TRANSLATE_NOOP("QTextStream", "UnknownError");
 
 } // namespace
 
-IOException::IOException(const QString& message, const ExceptionQt* cause)
+IOException::IOException(const QString &message, const ExceptionQt *cause)
     : ExceptionQt(message, cause)
-{
-}
+{ }
 
 IOException::IOException(QTextStream::Status status)
-    : ExceptionQt(detail::translatedErrorName("QTextStream", sStatusNames, int(status), sUnknownStatus))
-{
-}
+    : ExceptionQt(
+        detail::translatedErrorName("QTextStream", sStatusNames, int(status), sUnknownStatus))
+{ }
 
 IOException::~IOException() = default;
 
-IOException* IOException::clone() const
+IOException *IOException::clone() const
 {
     return new IOException(*this);
 }

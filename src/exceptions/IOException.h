@@ -13,7 +13,7 @@ class COREQT_EXPORT IOException : public ExceptionQt
 {
 public:
     /** Creates the exception with @p message and a copy of @p cause (null for none). */
-    explicit IOException(const QString& message, const ExceptionQt* cause = nullptr);
+    explicit IOException(const QString &message, const ExceptionQt *cause = nullptr);
     /**
      * Creates the exception whose message is the name of the text stream @p status ("Ok",
      * "ReadPastEnd", "ReadCorruptData", "UnknownError" for any other value), translated in context
@@ -23,7 +23,7 @@ public:
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~IOException() override;
     /** A new heap copy; the caller owns it. */
-    IOException* clone() const override;
+    IOException *clone() const override;
 };
 
 } // namespace ko

@@ -6,13 +6,12 @@ namespace ko
 {
 
 IllegalArgumentException::IllegalArgumentException(
-    const QString& argument, const QString& message, const ExceptionQt* cause)
+    const QString &argument, const QString &message, const ExceptionQt *cause)
     : ExceptionQt(message, cause)
     , mArgument(argument)
-{
-}
+{ }
 
-IllegalArgumentException& IllegalArgumentException::operator=(const IllegalArgumentException& other)
+IllegalArgumentException &IllegalArgumentException::operator=(const IllegalArgumentException &other)
 {
     if (chainHolds(other))
         return *this = IllegalArgumentException(other);
@@ -23,12 +22,12 @@ IllegalArgumentException& IllegalArgumentException::operator=(const IllegalArgum
 
 IllegalArgumentException::~IllegalArgumentException() = default;
 
-IllegalArgumentException* IllegalArgumentException::clone() const
+IllegalArgumentException *IllegalArgumentException::clone() const
 {
     return new IllegalArgumentException(*this);
 }
 
-void IllegalArgumentException::printMessage(QTextStream& s) const
+void IllegalArgumentException::printMessage(QTextStream &s) const
 {
     if (!mArgument.isEmpty()) {
         s << mArgument;

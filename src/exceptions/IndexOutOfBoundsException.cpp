@@ -6,15 +6,15 @@ namespace ko
 {
 
 IndexOutOfBoundsException::IndexOutOfBoundsException(
-    const QString& argument, int invalidIndex, int minIndex, int maxIndex)
+    const QString &argument, int invalidIndex, int minIndex, int maxIndex)
     : IllegalArgumentException(argument, QString())
     , mInvalidIndex(invalidIndex)
     , mMinIndex(minIndex)
     , mMaxIndex(maxIndex)
-{
-}
+{ }
 
-IndexOutOfBoundsException& IndexOutOfBoundsException::operator=(const IndexOutOfBoundsException& other)
+IndexOutOfBoundsException &IndexOutOfBoundsException::operator=(
+    const IndexOutOfBoundsException &other)
 {
     if (chainHolds(other))
         return *this = IndexOutOfBoundsException(other);
@@ -27,7 +27,7 @@ IndexOutOfBoundsException& IndexOutOfBoundsException::operator=(const IndexOutOf
 
 IndexOutOfBoundsException::~IndexOutOfBoundsException() = default;
 
-IndexOutOfBoundsException* IndexOutOfBoundsException::clone() const
+IndexOutOfBoundsException *IndexOutOfBoundsException::clone() const
 {
     return new IndexOutOfBoundsException(*this);
 }
@@ -47,7 +47,7 @@ int IndexOutOfBoundsException::maxIndex() const
     return mMaxIndex;
 }
 
-void IndexOutOfBoundsException::printMessage(QTextStream& s) const
+void IndexOutOfBoundsException::printMessage(QTextStream &s) const
 {
     s << mArgument << QLatin1Char('[') << mInvalidIndex << QLatin1Char(']');
     if (mMaxIndex > mMinIndex)

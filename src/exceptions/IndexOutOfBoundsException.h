@@ -10,16 +10,18 @@ namespace ko
 class COREQT_EXPORT IndexOutOfBoundsException : public IllegalArgumentException
 {
 public:
-    /** Creates the exception for @p argument indexed at @p invalidIndex; @p maxIndex is exclusive. */
-    IndexOutOfBoundsException(const QString& argument, int invalidIndex, int minIndex, int maxIndex);
+    /** Creates the exception for @p argument indexed at @p invalidIndex; @p maxIndex is exclusive.
+     */
+    IndexOutOfBoundsException(
+        const QString &argument, int invalidIndex, int minIndex, int maxIndex);
     /** Copies every field and the whole cause chain. */
-    IndexOutOfBoundsException(const IndexOutOfBoundsException& other) = default;
+    IndexOutOfBoundsException(const IndexOutOfBoundsException &other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
-    IndexOutOfBoundsException& operator=(const IndexOutOfBoundsException& other);
+    IndexOutOfBoundsException &operator=(const IndexOutOfBoundsException &other);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~IndexOutOfBoundsException() override;
     /** A new heap copy; the caller owns it. */
-    IndexOutOfBoundsException* clone() const override;
+    IndexOutOfBoundsException *clone() const override;
 
     /** The index that was out of range. */
     int invalidIndex() const;
@@ -28,10 +30,11 @@ public:
     /** The exclusive upper bound of the allowed indices. */
     int maxIndex() const;
     /**
-     * Writes "<argument>[<index>]" (the argument also when empty), then "; allowed range is <min> to
-     * <max>, exclusive" only when maxIndex() > minIndex(), then ", " and the message when there is one.
+     * Writes "<argument>[<index>]" (the argument also when empty), then "; allowed range is <min>
+     * to <max>, exclusive" only when maxIndex() > minIndex(), then ", " and the message when there
+     * is one.
      */
-    void printMessage(QTextStream& s) const override;
+    void printMessage(QTextStream &s) const override;
 
 private:
     int mInvalidIndex;

@@ -5,13 +5,12 @@
 namespace ko
 {
 
-NullPointerException::NullPointerException(const QString& argument, void* invalidAddress)
+NullPointerException::NullPointerException(const QString &argument, void *invalidAddress)
     : IllegalArgumentException(argument, QString())
     , mInvalidAddress(invalidAddress)
-{
-}
+{ }
 
-NullPointerException& NullPointerException::operator=(const NullPointerException& other)
+NullPointerException &NullPointerException::operator=(const NullPointerException &other)
 {
     if (chainHolds(other))
         return *this = NullPointerException(other);
@@ -22,17 +21,17 @@ NullPointerException& NullPointerException::operator=(const NullPointerException
 
 NullPointerException::~NullPointerException() = default;
 
-NullPointerException* NullPointerException::clone() const
+NullPointerException *NullPointerException::clone() const
 {
     return new NullPointerException(*this);
 }
 
-void* NullPointerException::invalidAddress() const
+void *NullPointerException::invalidAddress() const
 {
     return mInvalidAddress;
 }
 
-void NullPointerException::printMessage(QTextStream& s) const
+void NullPointerException::printMessage(QTextStream &s) const
 {
     if (!mArgument.isEmpty())
         s << mArgument;

@@ -5,13 +5,12 @@
 namespace ko
 {
 
-OutOfMemoryException::OutOfMemoryException(int size, const QString& message)
+OutOfMemoryException::OutOfMemoryException(int size, const QString &message)
     : RuntimeException(message)
     , mSize(size)
-{
-}
+{ }
 
-OutOfMemoryException& OutOfMemoryException::operator=(const OutOfMemoryException& other)
+OutOfMemoryException &OutOfMemoryException::operator=(const OutOfMemoryException &other)
 {
     if (chainHolds(other))
         return *this = OutOfMemoryException(other);
@@ -22,17 +21,17 @@ OutOfMemoryException& OutOfMemoryException::operator=(const OutOfMemoryException
 
 OutOfMemoryException::~OutOfMemoryException() = default;
 
-OutOfMemoryException* OutOfMemoryException::clone() const
+OutOfMemoryException *OutOfMemoryException::clone() const
 {
     return new OutOfMemoryException(*this);
 }
 
-const char* OutOfMemoryException::what() const noexcept
+const char *OutOfMemoryException::what() const noexcept
 {
     return Exception::what();
 }
 
-void OutOfMemoryException::printMessage(QTextStream& s) const
+void OutOfMemoryException::printMessage(QTextStream &s) const
 {
     // ". " is written even when no message follows; callers compare these texts.
     if (mSize > 0)

@@ -13,23 +13,24 @@ class COREQT_EXPORT OutOfMemoryException : public RuntimeException, public virtu
 {
 public:
     /** Creates the exception for @p size bytes that could not be allocated, with @p message. */
-    OutOfMemoryException(int size, const QString& message);
+    OutOfMemoryException(int size, const QString &message);
     /** Copies every field and the whole cause chain. */
-    OutOfMemoryException(const OutOfMemoryException& other) = default;
+    OutOfMemoryException(const OutOfMemoryException &other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
-    OutOfMemoryException& operator=(const OutOfMemoryException& other);
+    OutOfMemoryException &operator=(const OutOfMemoryException &other);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~OutOfMemoryException() override;
     /** A new heap copy; the caller owns it. */
-    OutOfMemoryException* clone() const override;
+    OutOfMemoryException *clone() const override;
 
-    /** The printed form, as for every exception of the family, whichever base it is reached through. */
-    const char* what() const noexcept override;
+    /** The printed form, as for every exception of the family, whichever base it is reached
+     * through. */
+    const char *what() const noexcept override;
     /**
-     * Writes "failed to allocate <size> bytes. " when the size is positive, then the message. Kept as it
-     * always was: the ". " with its trailing blank stays also when the message is empty.
+     * Writes "failed to allocate <size> bytes. " when the size is positive, then the message. Kept
+     * as it always was: the ". " with its trailing blank stays also when the message is empty.
      */
-    void printMessage(QTextStream& s) const override;
+    void printMessage(QTextStream &s) const override;
 
 private:
     int mSize;

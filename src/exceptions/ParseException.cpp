@@ -13,7 +13,7 @@ namespace
 
 // Writes the known parts of one end of a range: lines count from 1, columns from 0.
 // Returns whether anything was written.
-bool writePoint(QTextStream& s, int line, int column)
+bool writePoint(QTextStream &s, int line, int column)
 {
     const bool lineKnown = line > 0;
     if (lineKnown)
@@ -28,17 +28,16 @@ bool writePoint(QTextStream& s, int line, int column)
 
 } // namespace
 
-ParseException::ParseException(const QString& message, int lineNumber, int columnNumber, int lastLineNumber,
-    int lastColumnNumber, const ExceptionQt* cause)
+ParseException::ParseException(const QString &message, int lineNumber, int columnNumber,
+    int lastLineNumber, int lastColumnNumber, const ExceptionQt *cause)
     : ExceptionQt(message, cause)
     , mLineNumber(lineNumber)
     , mColumnNumber(columnNumber)
     , mLastLineNumber(lastLineNumber)
     , mLastColumnNumber(lastColumnNumber)
-{
-}
+{ }
 
-ParseException& ParseException::operator=(const ParseException& other)
+ParseException &ParseException::operator=(const ParseException &other)
 {
     if (chainHolds(other))
         return *this = ParseException(other);
@@ -52,7 +51,7 @@ ParseException& ParseException::operator=(const ParseException& other)
 
 ParseException::~ParseException() = default;
 
-ParseException* ParseException::clone() const
+ParseException *ParseException::clone() const
 {
     return new ParseException(*this);
 }
@@ -77,7 +76,8 @@ int ParseException::lastColumnNumber() const
     return mLastColumnNumber;
 }
 
-void ParseException::setLocation(int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber)
+void ParseException::setLocation(
+    int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber)
 {
     mLineNumber = lineNumber;
     mColumnNumber = columnNumber;
@@ -85,7 +85,7 @@ void ParseException::setLocation(int lineNumber, int columnNumber, int lastLineN
     mLastColumnNumber = lastColumnNumber;
 }
 
-void ParseException::printMessage(QTextStream& s) const
+void ParseException::printMessage(QTextStream &s) const
 {
     const bool startKnown = writePoint(s, mLineNumber, mColumnNumber);
     if (mLastLineNumber >= 1 || mLastColumnNumber >= 0) {
@@ -100,7 +100,7 @@ void ParseException::printMessage(QTextStream& s) const
 }
 
 QString ParseException::showLocation(
-    const QString& text, int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber)
+    const QString &text, int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber)
 {
     QStringList lines = text.split(QLatin1Char('\n'), KeepEmptyParts, Qt::CaseSensitive);
     const int line = qMax(lineNumber, 0);
@@ -118,7 +118,7 @@ QString ParseException::showLocation(
     return lines.join(QLatin1Char('\n'));
 }
 
-QString ParseException::showLocation(const QString& text) const
+QString ParseException::showLocation(const QString &text) const
 {
     return showLocation(text, mLineNumber, mColumnNumber, mLastLineNumber, mLastColumnNumber);
 }

@@ -10,18 +10,18 @@ namespace ko
 class COREQT_EXPORT ParseException : public ExceptionQt
 {
 public:
-    /** Creates the exception for the range from (@p lineNumber, @p columnNumber) to (@p lastLineNumber, @p
-     * lastColumnNumber). */
-    ParseException(const QString& message, int lineNumber, int columnNumber, int lastLineNumber,
-        int lastColumnNumber, const ExceptionQt* cause = nullptr);
+    /** Creates the exception for the range from (@p lineNumber, @p columnNumber) to (@p
+     * lastLineNumber, @p lastColumnNumber). */
+    ParseException(const QString &message, int lineNumber, int columnNumber, int lastLineNumber,
+        int lastColumnNumber, const ExceptionQt *cause = nullptr);
     /** Copies every field and the whole cause chain. */
-    ParseException(const ParseException& other) = default;
+    ParseException(const ParseException &other) = default;
     /** Copies every field and the cause chain; @p other may lie in this exception's own chain. */
-    ParseException& operator=(const ParseException& other);
+    ParseException &operator=(const ParseException &other);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~ParseException() override;
     /** A new heap copy; the caller owns it. */
-    ParseException* clone() const override;
+    ParseException *clone() const override;
 
     /** First line of the range, from 1; 0 or negative when unknown. */
     int lineNumber() const;
@@ -34,22 +34,22 @@ public:
     /** Replaces the whole range. */
     void setLocation(int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber);
     /**
-     * Writes the known parts of the range ("line 3, column 5 to line 3, column 9"), then the message.
-     * Kept as it always was: lines count as known from 1 and columns from 0.
+     * Writes the known parts of the range ("line 3, column 5 to line 3, column 9"), then the
+     * message. Kept as it always was: lines count as known from 1 and columns from 0.
      */
-    void printMessage(QTextStream& s) const override;
+    void printMessage(QTextStream &s) const override;
 
     /**
-     * Marks a range of @p text with " >>>" before its start and "<<< " at its end; lines and columns are
-     * indices from 0, negative start values count as 0 and negative end values as the start, so an
-     * empty range shows " >>><<< ". A column past the end of its line pads the line with blanks.
-     * Kept as it always was: a line index is checked against the length of the whole text, not the
-     * number of lines; a line that does not exist gets no marker.
+     * Marks a range of @p text with " >>>" before its start and "<<< " at its end; lines and
+     * columns are indices from 0, negative start values count as 0 and negative end values as the
+     * start, so an empty range shows " >>><<< ". A column past the end of its line pads the line
+     * with blanks. Kept as it always was: a line index is checked against the length of the whole
+     * text, not the number of lines; a line that does not exist gets no marker.
      */
-    static QString showLocation(
-        const QString& text, int lineNumber, int columnNumber, int lastLineNumber, int lastColumnNumber);
+    static QString showLocation(const QString &text, int lineNumber, int columnNumber,
+        int lastLineNumber, int lastColumnNumber);
     /** Marks this exception's range, used as line and column indices, in @p text. */
-    QString showLocation(const QString& text) const;
+    QString showLocation(const QString &text) const;
 
 private:
     int mLineNumber;

@@ -3,14 +3,13 @@
 namespace ko
 {
 
-RuntimeException::RuntimeException(const QString& message)
+RuntimeException::RuntimeException(const QString &message)
     : ExceptionQt(message)
-{
-}
+{ }
 
 RuntimeException::~RuntimeException() = default;
 
-RuntimeException* RuntimeException::clone() const
+RuntimeException *RuntimeException::clone() const
 {
     return new RuntimeException(*this);
 }

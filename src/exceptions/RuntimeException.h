@@ -11,11 +11,11 @@ class COREQT_EXPORT RuntimeException : public ExceptionQt
 {
 public:
     /** Creates the exception with @p message and no cause. */
-    explicit RuntimeException(const QString& message);
+    explicit RuntimeException(const QString &message);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~RuntimeException() override;
     /** A new heap copy; the caller owns it. */
-    RuntimeException* clone() const override;
+    RuntimeException *clone() const override;
 };
 
 } // namespace ko

@@ -3,7 +3,7 @@
 namespace ko
 {
 
-TerminalException::TerminalException(const QString& message, const ExceptionQt* cause)
+TerminalException::TerminalException(const QString &message, const ExceptionQt *cause)
     : RuntimeException(message)
 {
     setCause(cause);
@@ -11,7 +11,7 @@ TerminalException::TerminalException(const QString& message, const ExceptionQt* 
 
 TerminalException::~TerminalException() = default;
 
-TerminalException* TerminalException::clone() const
+TerminalException *TerminalException::clone() const
 {
     return new TerminalException(*this);
 }

@@ -11,11 +11,11 @@ class COREQT_EXPORT TerminalException : public RuntimeException
 {
 public:
     /** Creates the exception with @p message and a copy of @p cause (null for none). */
-    explicit TerminalException(const QString& message, const ExceptionQt* cause = nullptr);
+    explicit TerminalException(const QString &message, const ExceptionQt *cause = nullptr);
     /** Frees the exception's own copy of its cause, down the whole chain. */
     ~TerminalException() override;
     /** A new heap copy; the caller owns it. */
-    TerminalException* clone() const override;
+    TerminalException *clone() const override;
 };
 
 } // namespace ko

@@ -5,15 +5,15 @@
 namespace ko
 {
 
-UnexpectedTypeException::UnexpectedTypeException(const QString& argument, const QString& unexpectedType,
-    const QString& expectedType, const QString& message, const ExceptionQt* cause)
+UnexpectedTypeException::UnexpectedTypeException(const QString &argument,
+    const QString &unexpectedType, const QString &expectedType, const QString &message,
+    const ExceptionQt *cause)
     : IllegalArgumentException(argument, message, cause)
     , mUnexpectedType(unexpectedType)
     , mExpectedType(expectedType)
-{
-}
+{ }
 
-UnexpectedTypeException& UnexpectedTypeException::operator=(const UnexpectedTypeException& other)
+UnexpectedTypeException &UnexpectedTypeException::operator=(const UnexpectedTypeException &other)
 {
     if (chainHolds(other))
         return *this = UnexpectedTypeException(other);
@@ -25,24 +25,24 @@ UnexpectedTypeException& UnexpectedTypeException::operator=(const UnexpectedType
 
 UnexpectedTypeException::~UnexpectedTypeException() = default;
 
-UnexpectedTypeException* UnexpectedTypeException::clone() const
+UnexpectedTypeException *UnexpectedTypeException::clone() const
 {
     return new UnexpectedTypeException(*this);
 }
 
-const QString& UnexpectedTypeException::unexpectedType() const
+const QString &UnexpectedTypeException::unexpectedType() const
 {
     return mUnexpectedType;
 }
 
-const QString& UnexpectedTypeException::expectedType() const
+const QString &UnexpectedTypeException::expectedType() const
 {
     return mExpectedType;
 }
 
 // The argument name is stored but not printed, and the message follows a bare "."; both are
 // kept because callers compare these texts.
-void UnexpectedTypeException::printMessage(QTextStream& s) const
+void UnexpectedTypeException::printMessage(QTextStream &s) const
 {
     if (!mUnexpectedType.isEmpty())
         s << mUnexpectedType << QLatin1String(" not allowed");

@@ -22,10 +22,10 @@ constexpr unsigned kStates = 0x8000;
 // which index of `cycle` it arrives.
 struct Orbits
 {
-    std::vector<uint16_t> tail;   // per state: steps until it is on its cycle (0 on a cycle)
-    std::vector<uint16_t> entry;  // per state: index in `cycle` of the first cycle state it reaches
-    std::vector<uint16_t> cycle;  // the states of every cycle, each cycle in step order
-    std::vector<uint16_t> first;  // per index in `cycle`: where its cycle starts
+    std::vector<uint16_t> tail; // per state: steps until it is on its cycle (0 on a cycle)
+    std::vector<uint16_t> entry; // per state: index in `cycle` of the first cycle state it reaches
+    std::vector<uint16_t> cycle; // the states of every cycle, each cycle in step order
+    std::vector<uint16_t> first; // per index in `cycle`: where its cycle starts
     std::vector<uint16_t> length; // per index in `cycle`: how long its cycle is
 
     Orbits();
@@ -78,10 +78,10 @@ Orbits::Orbits()
     }
 }
 
-const Orbits& orbits()
+const Orbits &orbits()
 {
     // Built on first use (thread-safe) and never destroyed, so it serves until the process ends.
-    static const Orbits* const table = new Orbits;
+    static const Orbits *const table = new Orbits;
     return *table;
 }
 
@@ -91,7 +91,7 @@ unsigned advance(unsigned state, unsigned long long steps)
 {
     if (steps == 0)
         return state;
-    const Orbits& o = orbits();
+    const Orbits &o = orbits();
     unsigned s = step(state);
     --steps;
     if (steps < o.tail[s]) {

@@ -16,7 +16,8 @@ constexpr unsigned step(unsigned state)
     return ((state * 1103515245u + 12345u) >> 16) & 0x7fffu;
 }
 
-/** The state @p steps steps after @p state, the same as calling step() that often, in constant time. */
+/** The state @p steps steps after @p state, the same as calling step() that often, in constant
+ * time. */
 unsigned advance(unsigned state, unsigned long long steps);
 
 } // namespace cipher

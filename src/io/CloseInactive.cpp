@@ -3,7 +3,7 @@
 namespace ko
 {
 
-CloseInactive::CloseInactive(QObject* parent)
+CloseInactive::CloseInactive(QObject *parent)
     : QTimer(parent)
     , mDeleteDevice(false)
 {
@@ -11,7 +11,7 @@ CloseInactive::CloseInactive(QObject* parent)
     QObject::connect(this, &QTimer::timeout, this, &CloseInactive::onTimeout);
 }
 
-CloseInactive::CloseInactive(QIODevice* device, int msec, bool deleteDevice, QObject* parent)
+CloseInactive::CloseInactive(QIODevice *device, int msec, bool deleteDevice, QObject *parent)
     : CloseInactive(parent)
 {
     restart(device, msec, deleteDevice);
@@ -19,7 +19,7 @@ CloseInactive::CloseInactive(QIODevice* device, int msec, bool deleteDevice, QOb
 
 CloseInactive::~CloseInactive() = default;
 
-void CloseInactive::setDevice(QIODevice* device)
+void CloseInactive::setDevice(QIODevice *device)
 {
     if (device != mDevice)
         mDevice = device;
@@ -32,7 +32,7 @@ void CloseInactive::setDevice(QIODevice* device)
     QObject::connect(device, &QIODevice::aboutToClose, this, restartCountdown);
 }
 
-void CloseInactive::restart(QIODevice* device, int msec, bool deleteDevice)
+void CloseInactive::restart(QIODevice *device, int msec, bool deleteDevice)
 {
     mDeleteDevice = deleteDevice;
     setDevice(device);

@@ -5,10 +5,9 @@
 namespace ko
 {
 
-CloseOnExit::CloseOnExit(QIODevice* device)
+CloseOnExit::CloseOnExit(QIODevice *device)
     : DeleteOnExit<QIODevice>(device)
-{
-}
+{ }
 
 CloseOnExit::~CloseOnExit()
 {
@@ -16,7 +15,7 @@ CloseOnExit::~CloseOnExit()
         object->close();
 }
 
-CloseOnExit& CloseOnExit::operator=(QIODevice* device)
+CloseOnExit &CloseOnExit::operator=(QIODevice *device)
 {
     // No close() here, unlike the destructor: callers rely on the difference.
     release();

@@ -11,27 +11,24 @@ namespace ko
 {
 
 /** Owns an object, or an array made with new[], and deletes it when the guard ends. */
-template <class T>
-class DeleteOnExit
+template <class T> class DeleteOnExit
 {
 public:
     /** Owns @p object (may be null). */
-    explicit DeleteOnExit(T* object = nullptr)
+    explicit DeleteOnExit(T *object = nullptr)
         : object(object)
         , isArray(false)
-    {
-    }
+    { }
     /** Owns @p array, made with new[] when @p isArray is true. */
-    DeleteOnExit(T* array, bool isArray)
+    DeleteOnExit(T *array, bool isArray)
         : object(array)
         , isArray(isArray)
-    {
-    }
+    { }
     /** Deletes the object (array-delete for an array). */
     virtual ~DeleteOnExit() { release(); }
 
     /** The owned object, or null. */
-    T* get() const { return object; }
+    T *get() const { return object; }
 
 protected:
     /** Deletes the object now and forgets it. */
@@ -47,7 +44,7 @@ protected:
     }
 
     /** The owned object, or null. */
-    T* object;
+    T *object;
     /** True when object was made with array-new and is deleted with array-delete. */
     bool isArray;
 
@@ -60,7 +57,7 @@ class COREQT_EXPORT CloseOnExit : public DeleteOnExit<QIODevice>
 {
 public:
     /** Owns @p device (may be null). */
-    explicit CloseOnExit(QIODevice* device);
+    explicit CloseOnExit(QIODevice *device);
     /** Closes the device, then deletes it. */
     ~CloseOnExit() override;
 
@@ -68,7 +65,7 @@ public:
      * Deletes the device held so far, then owns @p device. Kept as it always was: unlike the
      * destructor, this does not close the old device before deleting it.
      */
-    CloseOnExit& operator=(QIODevice* device);
+    CloseOnExit &operator=(QIODevice *device);
 
 private:
     Q_DISABLE_COPY(CloseOnExit)

@@ -29,7 +29,8 @@ constexpr qint64 kMaxPiece = qint64(1) << 20;
 // without moving pos() along; a seek to pos() then finds the file elsewhere.
 struct FileEncrypt::Private
 {
-    // The device position at which the file's offset is rawPos and the cipher has made `steps` steps.
+    // The device position at which the file's offset is rawPos and the cipher has made `steps`
+    // steps.
     qint64 at = 0;
     qint64 rawPos = 0;
     qint64 steps = 0;
@@ -41,8 +42,8 @@ struct FileEncrypt::Private
     std::vector<unsigned char> buffer;
 };
 
-FileEncrypt::Header::Header(const QByteArray& bytes)
-    : mBytes{}
+FileEncrypt::Header::Header(const QByteArray &bytes)
+    : mBytes {}
     , mLength(int(qMin<qint64>(bytes.size(), kHeaderSize)))
 {
     std::memcpy(mBytes, bytes.constData(), size_t(mLength));
@@ -72,23 +73,21 @@ bool FileEncrypt::Header::isReadable() const
     return isReadableBy(kVersion, kMinimumVersion);
 }
 
-FileEncrypt::FileEncrypt(QObject* parent)
+FileEncrypt::FileEncrypt(QObject *parent)
     : QFile(parent)
-    , mVersion{kVersion, kMinimumVersion, 0, 0}
+    , mVersion { kVersion, kMinimumVersion, 0, 0 }
     , mSeed(0)
     , mCompatible(true)
     , mPrivate(new Private)
-{
-}
+{ }
 
-FileEncrypt::FileEncrypt(const QString& name, QObject* parent)
+FileEncrypt::FileEncrypt(const QString &name, QObject *parent)
     : QFile(name, parent)
-    , mVersion{kVersion, kMinimumVersion, 0, 0}
+    , mVersion { kVersion, kMinimumVersion, 0, 0 }
     , mSeed(0)
     , mCompatible(true)
     , mPrivate(new Private)
-{
-}
+{ }
 
 // A device destroyed while open would otherwise leak its cipher; QFile closes the file itself.
 FileEncrypt::~FileEncrypt() = default;
@@ -190,7 +189,8 @@ void FileEncrypt::setSteps(qint64 steps)
 {
     mPrivate->steps = steps;
     if (mEnigma)
-        mEnigma->state() = cipher::advance(mEnigma->initialState(), static_cast<unsigned long long>(steps));
+        mEnigma->state()
+            = cipher::advance(mEnigma->initialState(), static_cast<unsigned long long>(steps));
 }
 
 void FileEncrypt::dropReadAhead()
@@ -233,13 +233,16 @@ bool FileEncrypt::seek(qint64 pos)
         // the cipher return there. Otherwise a seek to the current position changes nothing.
         return behind == 0 || moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
     }
-    // A negative position is outside the contract: QFile refuses it and the cipher stays where it is.
+    // A negative position is outside the contract: QFile refuses it and the cipher stays where it
+    // is.
     if (pos < 0)
         return QFile::seek(pos);
-    // Read-ahead stays valid where the file already sat at raw offset pos() with as many steps made.
+    // Read-ahead stays valid where the file already sat at raw offset pos() with as many steps
+    // made.
     if (mPrivate->rawPos != mPrivate->at || mPrivate->steps != mPrivate->at)
         dropReadAhead();
-    // The header is not added to the offset: the file moves to raw offset pos. Kept, callers rely on it.
+    // The header is not added to the offset: the file moves to raw offset pos. Kept, callers rely
+    // on it.
     if (!QFile::seek(pos)) {
         // Refused (a failed flush, an offset the file system cannot hold): back where it was.
         if (this->pos() != from)
@@ -266,7 +269,7 @@ bool FileEncrypt::isCompatible() const
     return mCompatible;
 }
 
-qint64 FileEncrypt::readData(char* data, qint64 maxSize)
+qint64 FileEncrypt::readData(char *data, qint64 maxSize)
 {
     if (mPrivate->dropping)
         return 0;
@@ -277,7 +280,7 @@ qint64 FileEncrypt::readData(char* data, qint64 maxSize)
         if (n <= 0)
             return total > 0 ? total : n;
         if (mEnigma) {
-            auto* bytes = reinterpret_cast<unsigned char*>(data + total);
+            auto *bytes = reinterpret_cast<unsigned char *>(data + total);
             if (mEnigma->decode(bytes, unsigned(n), bytes, unsigned(n), mEnigma->state()) < 0)
                 return -1;
         }
@@ -291,7 +294,7 @@ qint64 FileEncrypt::readData(char* data, qint64 maxSize)
     return total;
 }
 
-qint64 FileEncrypt::readLineData(char* data, qint64 maxSize)
+qint64 FileEncrypt::readLineData(char *data, qint64 maxSize)
 {
     // Line reads hand out the raw, still enciphered bytes and leave the cipher alone; kept because
     // callers rely on it. QFile's own line reader would go through readData() here, so the bytes
@@ -310,32 +313,34 @@ qint64 FileEncrypt::readLineData(char* data, qint64 maxSize)
     return n;
 }
 
-qint64 FileEncrypt::writeData(const char* data, qint64 size)
+qint64 FileEncrypt::writeData(const char *data, qint64 size)
 {
     if (!mEnigma)
         return QFile::writeData(data, size);
 
     // Appending writes at the file's end whatever pos() says, so the cipher starts from there.
     const bool append = openMode() & Append;
-    unsigned state = append ? cipher::advance(mEnigma->initialState(), quint64(mPrivate->appendSteps))
-                            : mEnigma->state();
-    std::vector<unsigned char>& buffer = mPrivate->buffer;
+    unsigned state = append
+        ? cipher::advance(mEnigma->initialState(), quint64(mPrivate->appendSteps))
+        : mEnigma->state();
+    std::vector<unsigned char> &buffer = mPrivate->buffer;
     buffer.resize(size_t(qBound<qint64>(buffer.size(), size, kMaxPiece)));
     qint64 written = 0;
     do {
         const qint64 piece = qMin(size - written, kMaxPiece);
-        const int r = mEnigma->encode(reinterpret_cast<const unsigned char*>(data + written), unsigned(piece),
-                                      buffer.data(), unsigned(piece), state);
+        const int r = mEnigma->encode(reinterpret_cast<const unsigned char *>(data + written),
+            unsigned(piece), buffer.data(), unsigned(piece), state);
         // A piece the cipher refuses is not written.
         if (r < 1)
             break;
         // The whole piece goes out: what the cipher did not produce stays zero.
         std::fill(buffer.begin() + std::min<qint64>(r, piece), buffer.begin() + piece, 0);
-        const qint64 w = QFile::writeData(reinterpret_cast<const char*>(buffer.data()), piece);
+        const qint64 w = QFile::writeData(reinterpret_cast<const char *>(buffer.data()), piece);
         if (w > 0)
             written += w;
         if (w < piece) {
-            state = cipher::advance(mEnigma->initialState(), quint64((append ? mPrivate->appendSteps : mPrivate->steps) + written));
+            state = cipher::advance(mEnigma->initialState(),
+                quint64((append ? mPrivate->appendSteps : mPrivate->steps) + written));
             break;
         }
     } while (written < size);

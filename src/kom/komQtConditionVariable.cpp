@@ -3,17 +3,16 @@
 #include "compat/QtCompat_p.h"
 #include "kom/komQtLock.h"
 
-komQtConditionVariable::komQtConditionVariable(komQtLock* lock)
+komQtConditionVariable::komQtConditionVariable(komQtLock *lock)
     : mMutex(lock)
-{
-}
+{ }
 
 komQtConditionVariable::~komQtConditionVariable() = default;
 
 bool komQtConditionVariable::wait()
 {
     // The mutex is always a komQtLock's.
-    return ko::compat::wait(*this, static_cast<ko::RecursionModeMutex*>(mMutex));
+    return ko::compat::wait(*this, static_cast<ko::RecursionModeMutex *>(mMutex));
 }
 
 void komQtConditionVariable::signal()

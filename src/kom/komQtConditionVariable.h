@@ -10,7 +10,8 @@
 class QMutex;
 class komQtLock;
 
-/** The middleware's condition variable over a QWaitCondition (its base), paired with a komQtLock. */
+/** The middleware's condition variable over a QWaitCondition (its base), paired with a komQtLock.
+ */
 class COREQT_EXPORT komQtConditionVariable : public QWaitCondition,
                                              public komObject,
                                              public virtual komConditionVariableInterface
@@ -20,14 +21,14 @@ public:
      * A condition variable paired with @p lock (not owned, and to outlive it); paired with nothing,
      * for a null lock, wait() fails at once.
      */
-    explicit komQtConditionVariable(komQtLock* lock);
+    explicit komQtConditionVariable(komQtLock *lock);
     /** Destroys the condition variable; no thread may be waiting on it. */
     ~komQtConditionVariable() override;
 
     /**
-     * Waits without time limit on the paired lock, which the caller holds; QWaitCondition::wait's result.
-     * Qt does not wait on a recursive mutex: with a recursive lock this returns false at once, after
-     * Qt's warning.
+     * Waits without time limit on the paired lock, which the caller holds; QWaitCondition::wait's
+     * result. Qt does not wait on a recursive mutex: with a recursive lock this returns false at
+     * once, after Qt's warning.
      */
     bool wait() override;
     /** Wakes one waiter. */
@@ -38,7 +39,7 @@ public:
 private:
     Q_DISABLE_COPY(komQtConditionVariable)
 
-    QMutex* mMutex;
+    QMutex *mMutex;
 };
 
 #endif // KOMQTCONDITIONVARIABLE_H

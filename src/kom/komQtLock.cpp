@@ -2,8 +2,7 @@
 
 komQtLock::komQtLock(ko::RecursionModeMutex::RecursionMode mode)
     : ko::RecursionModeMutex(mode)
-{
-}
+{ }
 
 komQtLock::~komQtLock() = default;
 

@@ -15,8 +15,10 @@ class COREQT_EXPORT komQtLock : public ko::RecursionModeMutex,
                                 public virtual komLockInterface
 {
 public:
-    /** A lock whose mutex has the recursion @p mode (komQtLock::Recursive or komQtLock::NonRecursive). */
-    explicit komQtLock(ko::RecursionModeMutex::RecursionMode mode = ko::RecursionModeMutex::NonRecursive);
+    /** A lock whose mutex has the recursion @p mode (komQtLock::Recursive or
+     * komQtLock::NonRecursive). */
+    explicit komQtLock(
+        ko::RecursionModeMutex::RecursionMode mode = ko::RecursionModeMutex::NonRecursive);
     /** Destroys the lock; it must not be held. */
     ~komQtLock() override;
 

@@ -3,11 +3,10 @@
 #include <QObject>
 
 // A null object is outside the guard's contract: the guard then does nothing.
-komQtSignalBlocker::komQtSignalBlocker(QObject* object, bool block)
+komQtSignalBlocker::komQtSignalBlocker(QObject *object, bool block)
     : mObject(object)
     , mPrevious(object ? object->blockSignals(block) : false)
-{
-}
+{ }
 
 komQtSignalBlocker::~komQtSignalBlocker()
 {

@@ -7,23 +7,24 @@
 
 class QObject;
 
-/** Blocks or unblocks an object's signals for its lifetime and restores the previous state at its end. */
+/** Blocks or unblocks an object's signals for its lifetime and restores the previous state at its
+ * end. */
 class COREQT_EXPORT komQtSignalBlocker
 {
 public:
     /**
      * Sets @p object's blocking to @p block, remembering the state before; nested blockers on one
-     * object, ended in reverse order, restore the state from before the first. A null object is left
-     * alone: the blocker then does nothing.
+     * object, ended in reverse order, restore the state from before the first. A null object is
+     * left alone: the blocker then does nothing.
      */
-    komQtSignalBlocker(QObject* object, bool block);
+    komQtSignalBlocker(QObject *object, bool block);
     /** Gives the object back the state it had before. */
     ~komQtSignalBlocker();
 
 private:
     Q_DISABLE_COPY(komQtSignalBlocker)
 
-    QObject* mObject;
+    QObject *mObject;
     bool mPrevious;
 };
 

@@ -9,19 +9,20 @@ komQtSynchronizationFactory::komQtSynchronizationFactory() = default;
 
 komQtSynchronizationFactory::~komQtSynchronizationFactory() = default;
 
-komThreadSpawnerInterface* komQtSynchronizationFactory::newThreadSpawner()
+komThreadSpawnerInterface *komQtSynchronizationFactory::newThreadSpawner()
 {
     return new komQtThreadSpawner;
 }
 
-komLockInterface* komQtSynchronizationFactory::newLock()
+komLockInterface *komQtSynchronizationFactory::newLock()
 {
     return new komQtLock(komQtLock::NonRecursive);
 }
 
-komConditionVariableInterface* komQtSynchronizationFactory::newConditionVariable(komLockInterface* lock)
+komConditionVariableInterface *komQtSynchronizationFactory::newConditionVariable(
+    komLockInterface *lock)
 {
-    komQtLock* qtLock = dynamic_cast<komQtLock*>(lock);
+    komQtLock *qtLock = dynamic_cast<komQtLock *>(lock);
     if (!qtLock) {
         kom::terminal("incompatible lock implementation!", this);
         return nullptr;

@@ -5,7 +5,8 @@
 #include "platform/kom/komObject.h"
 #include "platform/kom/komSynchronization.h"
 
-/** Hands the middleware Qt-backed locks, condition variables and thread spawners; the caller owns them. */
+/** Hands the middleware Qt-backed locks, condition variables and thread spawners; the caller owns
+ * them. */
 class COREQT_EXPORT komQtSynchronizationFactory : public komObject,
                                                   public virtual komSynchronizationFactoryInterface
 {
@@ -16,19 +17,19 @@ public:
     ~komQtSynchronizationFactory() override;
 
     /** A new komQtThreadSpawner. */
-    komThreadSpawnerInterface* newThreadSpawner() override;
+    komThreadSpawnerInterface *newThreadSpawner() override;
     /** A new non-recursive komQtLock. */
-    komLockInterface* newLock() override;
+    komLockInterface *newLock() override;
     /**
-     * A komQtConditionVariable paired with @p lock, which must be a komQtLock; for a null lock or one
-     * of another implementation it reports "incompatible lock implementation!" through kom::terminal
-     * and returns null if that report returns.
+     * A komQtConditionVariable paired with @p lock, which must be a komQtLock; for a null lock or
+     * one of another implementation it reports "incompatible lock implementation!" through
+     * kom::terminal and returns null if that report returns.
      */
-    komConditionVariableInterface* newConditionVariable(komLockInterface* lock) override;
+    komConditionVariableInterface *newConditionVariable(komLockInterface *lock) override;
 
 private:
-    komQtSynchronizationFactory(const komQtSynchronizationFactory&) = delete;
-    komQtSynchronizationFactory& operator=(const komQtSynchronizationFactory&) = delete;
+    komQtSynchronizationFactory(const komQtSynchronizationFactory &) = delete;
+    komQtSynchronizationFactory &operator=(const komQtSynchronizationFactory &) = delete;
 };
 
 #endif // KOMQTSYNCHRONIZATIONFACTORY_H

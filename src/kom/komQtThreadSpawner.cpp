@@ -7,8 +7,7 @@ komQtThreadSpawner::komQtThreadSpawner()
     : QThread(nullptr)
     , mSpawned(false)
     , mWaitedUpon(false)
-{
-}
+{ }
 
 komQtThreadSpawner::~komQtThreadSpawner()
 {

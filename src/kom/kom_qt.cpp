@@ -9,15 +9,15 @@
 namespace ko
 {
 
-komStringList komStrList(const QStringList& list)
+komStringList komStrList(const QStringList &list)
 {
     komStringList result;
-    for (const QString& item : list)
+    for (const QString &item : list)
         result.add(komStr(item), false);
     return result;
 }
 
-QStringList qStrList(const komStringList& list)
+QStringList qStrList(const komStringList &list)
 {
     QStringList result;
     const int size = list.size();
@@ -27,7 +27,7 @@ QStringList qStrList(const komStringList& list)
     return result;
 }
 
-komPerlStyleHash komPSHash(const QMap<QString, QString>& map)
+komPerlStyleHash komPSHash(const QMap<QString, QString> &map)
 {
     komPerlStyleHash result;
     for (auto it = map.constBegin(); it != map.constEnd(); ++it)
@@ -35,11 +35,11 @@ komPerlStyleHash komPSHash(const QMap<QString, QString>& map)
     return result;
 }
 
-QMap<QString, QString> qMap(const komPerlStyleHash& hash)
+QMap<QString, QString> qMap(const komPerlStyleHash &hash)
 {
     QMap<QString, QString> result;
     komPerlStyleHash::Iterator it = hash.iterator();
-    while (const komPerlStyleHash::KeyValuePair* pair = it.nextItem())
+    while (const komPerlStyleHash::KeyValuePair *pair = it.nextItem())
         result.insert(qStr(pair->key()), qStr(pair->value()));
     return result;
 }

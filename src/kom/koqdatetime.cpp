@@ -30,22 +30,22 @@ QDateTime toQDateTime(unsigned long long t, Qt::TimeSpec spec)
     QDateTime d;
     d.setTimeSpec(spec);
     compat::setTime_t(d, static_cast<uint>(t / 1000 / 1000));
-    // The millisecond remainder is deliberately not applied: this overload returns whole seconds and
-    // callers rely on it; the overload without a spec keeps the milliseconds.
+    // The millisecond remainder is deliberately not applied: this overload returns whole seconds
+    // and callers rely on it; the overload without a spec keeps the milliseconds.
     return d;
 }
 
-unsigned long long frameTime(const QDateTime& dt)
+unsigned long long frameTime(const QDateTime &dt)
 {
     return static_cast<unsigned long long>(compat::toTime_t(dt)) * 1000000ULL;
 }
 
-unsigned long long fromQDateTime(const QDateTime& dt)
+unsigned long long fromQDateTime(const QDateTime &dt)
 {
     return (static_cast<unsigned long long>(compat::toTime_t(dt)) * 1000 + dt.time().msec()) * 1000;
 }
 
-unsigned long long fromQDateTime(const QDate& date, const QTime& time)
+unsigned long long fromQDateTime(const QDate &date, const QTime &time)
 {
     if (date.isValid()) {
         // Where clocks skip midnight the day starts later; elsewhere the start of day is midnight.
@@ -54,7 +54,8 @@ unsigned long long fromQDateTime(const QDate& date, const QTime& time)
     }
     if (time.isValid()) {
         // A time of day without a date is a duration: microseconds since midnight.
-        const unsigned long long seconds = (time.hour() * 60ULL + time.minute()) * 60 + time.second();
+        const unsigned long long seconds
+            = (time.hour() * 60ULL + time.minute()) * 60 + time.second();
         return (seconds * 1000 + time.msec()) * 1000;
     }
     return 0;

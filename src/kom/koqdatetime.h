@@ -23,21 +23,24 @@ namespace ko
 COREQT_EXPORT QDateTime dateTime(unsigned long long t);
 /** The frame time @p t in local time with millisecond precision. */
 COREQT_EXPORT QDateTime toQDateTime(unsigned long long t);
-/** The frame time @p t in the time spec @p spec, whole seconds: this overload keeps no milliseconds. */
+/** The frame time @p t in the time spec @p spec, whole seconds: this overload keeps no
+ * milliseconds. */
 COREQT_EXPORT QDateTime toQDateTime(unsigned long long t, Qt::TimeSpec spec);
 /**
  * The frame time of @p dt in whole seconds (its milliseconds are ignored); 4294967295000000 for an
  * invalid @p dt.
  */
-COREQT_EXPORT unsigned long long frameTime(const QDateTime& dt);
-/** The frame time of @p dt with millisecond precision: its last three decimal digits are always 0. */
-COREQT_EXPORT unsigned long long fromQDateTime(const QDateTime& dt);
-/**
- * The frame time of @p date at @p time in local time (the start of the day, midnight where it exists, when
- * @p time is invalid); 0 when both are invalid. Kept as it always was: without a valid date the result
- * is a duration, the microseconds of @p time since midnight, not an instant.
+COREQT_EXPORT unsigned long long frameTime(const QDateTime &dt);
+/** The frame time of @p dt with millisecond precision: its last three decimal digits are always 0.
  */
-COREQT_EXPORT unsigned long long fromQDateTime(const QDate& date, const QTime& time);
+COREQT_EXPORT unsigned long long fromQDateTime(const QDateTime &dt);
+/**
+ * The frame time of @p date at @p time in local time (the start of the day, midnight where it
+ * exists, when
+ * @p time is invalid); 0 when both are invalid. Kept as it always was: without a valid date the
+ * result is a duration, the microseconds of @p time since midnight, not an instant.
+ */
+COREQT_EXPORT unsigned long long fromQDateTime(const QDate &date, const QTime &time);
 
 } // namespace ko
 

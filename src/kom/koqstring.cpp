@@ -7,22 +7,22 @@
 namespace ko
 {
 
-komString komStr(const QString& s)
+komString komStr(const QString &s)
 {
     return komString(s.toLocal8Bit().constData());
 }
 
-komString komStrUtf8(const QString& s)
+komString komStrUtf8(const QString &s)
 {
     return komString(s.toUtf8().constData());
 }
 
-QString qStr(const komString& s)
+QString qStr(const komString &s)
 {
     return QString::fromLocal8Bit(s.text());
 }
 
-QString qStrUtf8(const komString& s)
+QString qStrUtf8(const komString &s)
 {
     return QString::fromUtf8(s.text());
 }

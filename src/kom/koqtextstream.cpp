@@ -11,7 +11,7 @@ namespace
 {
 
 // Writes the items of any list with size() and operator[], with "," between them only.
-template <class List> QTextStream& writeJoined(QTextStream& out, const List& list)
+template <class List> QTextStream &writeJoined(QTextStream &out, const List &list)
 {
     const int size = list.size();
     for (int i = 0; i < size; ++i) {
@@ -24,22 +24,22 @@ template <class List> QTextStream& writeJoined(QTextStream& out, const List& lis
 
 } // namespace
 
-QTextStream& operator<<(QTextStream& out, const komString& s)
+QTextStream &operator<<(QTextStream &out, const komString &s)
 {
     return out << ko::qStr(s);
 }
 
-QTextStream& operator<<(QTextStream& out, const komStringList& list)
+QTextStream &operator<<(QTextStream &out, const komStringList &list)
 {
     return writeJoined(out, list);
 }
 
-QTextStream& operator<<(QTextStream& out, const QStringList& list)
+QTextStream &operator<<(QTextStream &out, const QStringList &list)
 {
     return writeJoined(out, list);
 }
 
-QTextStream& operator<<(QTextStream& out, const komException& e)
+QTextStream &operator<<(QTextStream &out, const komException &e)
 {
     return out << e.messages();
 }

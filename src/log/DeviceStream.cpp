@@ -7,37 +7,33 @@ namespace ko
 
 DeviceStreamBuffer::DeviceStreamBuffer()
     : mDevice(nullptr)
-{
-}
+{ }
 
-DeviceStreamBuffer::DeviceStreamBuffer(QIODevice& device)
+DeviceStreamBuffer::DeviceStreamBuffer(QIODevice &device)
     : mDevice(&device)
-{
-}
+{ }
 
-DeviceStreamBuffer::DeviceStreamBuffer(const DeviceStreamBuffer&)
+DeviceStreamBuffer::DeviceStreamBuffer(const DeviceStreamBuffer &)
     : std::streambuf()
     , mDevice(nullptr)
-{
-}
+{ }
 
-DeviceStreamBuffer& DeviceStreamBuffer::operator=(const DeviceStreamBuffer&)
+DeviceStreamBuffer &DeviceStreamBuffer::operator=(const DeviceStreamBuffer &)
 {
     return *this;
 }
 
 DeviceStreamBuffer::~DeviceStreamBuffer() = default;
 
-void DeviceStreamBuffer::imbue(const std::locale&)
-{
-}
+void DeviceStreamBuffer::imbue(const std::locale &) { }
 
-std::streambuf* DeviceStreamBuffer::setbuf(char_type*, std::streamsize)
+std::streambuf *DeviceStreamBuffer::setbuf(char_type *, std::streamsize)
 {
     return this;
 }
 
-DeviceStreamBuffer::pos_type DeviceStreamBuffer::seekoff(off_type, std::ios_base::seekdir, std::ios_base::openmode)
+DeviceStreamBuffer::pos_type DeviceStreamBuffer::seekoff(
+    off_type, std::ios_base::seekdir, std::ios_base::openmode)
 {
     return pos_type(off_type(-1));
 }
@@ -47,7 +43,8 @@ DeviceStreamBuffer::pos_type DeviceStreamBuffer::seekpos(pos_type, std::ios_base
     return pos_type(off_type(-1));
 }
 
-// A device-less buffer is outside the caller's contract: every operation then reports failure or end of file.
+// A device-less buffer is outside the caller's contract: every operation then reports failure or
+// end of file.
 
 int DeviceStreamBuffer::sync()
 {
@@ -62,7 +59,7 @@ std::streamsize DeviceStreamBuffer::showmanyc()
     return mDevice ? mDevice->bytesAvailable() : 0;
 }
 
-std::streamsize DeviceStreamBuffer::xsgetn(char_type* s, std::streamsize n)
+std::streamsize DeviceStreamBuffer::xsgetn(char_type *s, std::streamsize n)
 {
     return mDevice ? mDevice->read(s, n) : 0;
 }
@@ -90,7 +87,7 @@ DeviceStreamBuffer::int_type DeviceStreamBuffer::pbackfail(int_type ch)
     return ch;
 }
 
-std::streamsize DeviceStreamBuffer::xsputn(const char_type* s, std::streamsize n)
+std::streamsize DeviceStreamBuffer::xsputn(const char_type *s, std::streamsize n)
 {
     return mDevice ? mDevice->write(s, n) : -1;
 }

@@ -29,19 +29,19 @@ const TypeLevel sTypeLevels[] = {
 
 } // namespace
 
-KomLogHandler* KomLogHandler::s_instance = nullptr;
+KomLogHandler *KomLogHandler::s_instance = nullptr;
 
 KomLogHandler::KomLogHandler(kom::StatusMessageType verbosity)
     : mVerbosity(verbosity)
-{
-}
+{ }
 
 KomLogHandler::~KomLogHandler() = default;
 
-void KomLogHandler::sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject*)
+void KomLogHandler::sendStatusMessage(
+    kom::StatusMessageType type, const komString &text, const komObject *)
 {
     const auto row = std::find_if(std::begin(sTypeLevels), std::end(sTypeLevels),
-        [type](const TypeLevel& r) { return r.type == type; });
+        [type](const TypeLevel &r) { return r.type == type; });
     if (row != std::end(sTypeLevels))
         LogLine::writeMarked(row->level, " kom> ", text.text());
 }
@@ -75,7 +75,7 @@ void KomLogHandler::setDefaultVerbosity(kom::StatusMessageType verbosity)
 void KomLogHandler::install(kom::StatusMessageType verbosity)
 {
     kom::sendStatusMessage(kom::StatusTrace, "Installing KomLogHandler...", nullptr);
-    kom::komStatusMessageProcessor* processor = kom::komStatusMessageProcessor::defaultProcessor();
+    kom::komStatusMessageProcessor *processor = kom::komStatusMessageProcessor::defaultProcessor();
     processor->removeStatusMessageHandlers();
     // The previous handler is not deleted: code elsewhere may still hold it.
     s_instance = new KomLogHandler(verbosity);

@@ -25,7 +25,8 @@ public:
      * Writes one status message into the log at the level its type maps to; @p sender is not used.
      * The handler's own verbosity is not looked at here: filtering is the processor's.
      */
-    void sendStatusMessage(kom::StatusMessageType type, const komString& text, const komObject* sender) override;
+    void sendStatusMessage(
+        kom::StatusMessageType type, const komString &text, const komObject *sender) override;
     /** Sets the verbosity reported to the processor. */
     void setStatusMessageVerbosity(kom::StatusMessageType verbosity) override;
     /** The verbosity reported to the processor. */
@@ -36,7 +37,8 @@ public:
     /** Sets the verbosity reported to the processor; the same as setStatusMessageVerbosity(). */
     void setVerbosity(kom::StatusMessageType verbosity);
 
-    /** Sets the verbosity of the handler made by the last install(); nothing before the first install(). */
+    /** Sets the verbosity of the handler made by the last install(); nothing before the first
+     * install(). */
     static void setDefaultVerbosity(kom::StatusMessageType verbosity);
     /**
      * Announces "Installing KomLogHandler..." to the handlers installed so far, removes
@@ -45,7 +47,7 @@ public:
     static void install(kom::StatusMessageType verbosity);
 
     /** The handler made by the last install(), or null. Earlier ones are not deleted. */
-    static KomLogHandler* s_instance;
+    static KomLogHandler *s_instance;
 
 private:
     kom::StatusMessageType mVerbosity;

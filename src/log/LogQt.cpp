@@ -27,13 +27,13 @@ int slotOf(Log::ELevel level)
     return level >= 0 && level < SlotCount ? int(level) : 0;
 }
 
-// Lines written per slot. Every writer holds the log mutex, so a plain load and store count exactly;
-// the atomics let lineCount() read them from any thread.
+// Lines written per slot. Every writer holds the log mutex, so a plain load and store count
+// exactly; the atomics let lineCount() read them from any thread.
 std::atomic<quint64> sLineCounts[SlotCount] = {};
 
 void countLine_locked(int slot)
 {
-    std::atomic<quint64>& count = sLineCounts[slot];
+    std::atomic<quint64> &count = sLineCounts[slot];
     count.store(count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
@@ -45,20 +45,18 @@ LogQt::LogQt()
     : log(this)
     , devices(SlotCount, nullptr)
     , streams(SlotCount, nullptr)
-{
-}
+{ }
 
-LogQt::LogQt(Log& other)
+LogQt::LogQt(Log &other)
     : log(&other)
     , devices(SlotCount, nullptr)
     , streams(SlotCount, nullptr)
-{
-}
+{ }
 
 // The devices and text streams stay alive: code that runs during exit may still log through them.
 LogQt::~LogQt() = default;
 
-Mutex& LogQt::mutex()
+Mutex &LogQt::mutex()
 {
     return log->mutex();
 }
@@ -109,55 +107,55 @@ void LogQt::setFatalErrorLogLevel()
     log->setLogLevel(FatalError);
 }
 
-void LogQt::setStream(ELevel level, std::ostream* stream, bool takeOwnership)
+void LogQt::setStream(ELevel level, std::ostream *stream, bool takeOwnership)
 {
     log->setStream(level, stream, takeOwnership);
 }
 
-void LogQt::setLogFile(ELevel level, const char* path, bool append)
+void LogQt::setLogFile(ELevel level, const char *path, bool append)
 {
     log->setLogFile(level, std::string(path), append);
 }
 
-void LogQt::setLogFile(const char* path, bool append)
+void LogQt::setLogFile(const char *path, bool append)
 {
     log->setLogFile(std::string(path), append);
 }
 
-void LogQt::setLogFile(ELevel level, const QString& path, bool append)
+void LogQt::setLogFile(ELevel level, const QString &path, bool append)
 {
     Log::setLogFile(level, compat::toAscii(path).toStdString(), append);
 }
 
-void LogQt::setLogFile(const QString& path, bool append)
+void LogQt::setLogFile(const QString &path, bool append)
 {
     Log::setLogFile(compat::toAscii(path).toStdString(), append);
 }
 
-void LogQt::setStdOut(const QString& path, bool append, bool alsoStdErr)
+void LogQt::setStdOut(const QString &path, bool append, bool alsoStdErr)
 {
     Log::setStdOut(compat::toAscii(path).toStdString(), append, alsoStdErr);
 }
 
-void LogQt::setDefaultLogFile(const QString& path, bool append)
+void LogQt::setDefaultLogFile(const QString &path, bool append)
 {
     Log::setDefaultLogFile(compat::toAscii(path).toStdString(), append);
 }
 
-QTextStream* LogQt::getStream(ELevel level)
+QTextStream *LogQt::getStream(ELevel level)
 {
     // Levels above the last slot use slot 0, and so do negative ones (outside the contract).
     MutexLocker lock(log->mutex(), true);
     return getStream_locked(slotOf(level));
 }
 
-QTextStream* LogQt::getStream_locked(int slot)
+QTextStream *LogQt::getStream_locked(int slot)
 {
     // The slot number, not the raw level, is what the fronted log is asked for.
-    std::ostream* os = log->getStream(ELevel(slot));
-    std::streambuf* buffer = os ? os->rdbuf() : nullptr;
-    TStreambufDevice<std::streambuf>*& device = devices[slot];
-    QTextStream*& stream = streams[slot];
+    std::ostream *os = log->getStream(ELevel(slot));
+    std::streambuf *buffer = os ? os->rdbuf() : nullptr;
+    TStreambufDevice<std::streambuf> *&device = devices[slot];
+    QTextStream *&stream = streams[slot];
     if (device && buffer && device->streambuf() == buffer)
         return stream;
     delete stream;
@@ -174,17 +172,18 @@ QTextStream* LogQt::getStream_locked(int slot)
 
 // The buffer a line's text may be written to directly, bypassing the slot's text stream: only
 // where the stream would pass ASCII and UTF-8 text on unchanged, straight to its own device.
-std::streambuf* LogQt::directTarget_locked(int slot)
+std::streambuf *LogQt::directTarget_locked(int slot)
 {
-    QTextStream* stream = streams[slot];
-    TStreambufDevice<std::streambuf>* device = devices[slot];
+    QTextStream *stream = streams[slot];
+    TStreambufDevice<std::streambuf> *device = devices[slot];
     if (stream->device() != device || !device->isWritable() || stream->status() != QTextStream::Ok
-        || stream->fieldWidth() != 0 || stream->generateByteOrderMark() || !compat::writesUtf8(*stream))
+        || stream->fieldWidth() != 0 || stream->generateByteOrderMark()
+        || !compat::writesUtf8(*stream))
         return nullptr;
     return device->writeStreambuf() ? device->writeStreambuf() : device->streambuf();
 }
 
-void LogQt::write(ELevel level, const QString& text)
+void LogQt::write(ELevel level, const QString &text)
 {
     LogLine(level) << text;
 }
@@ -194,7 +193,7 @@ quint64 LogQt::lineCount(ELevel level)
     return sLineCounts[slotOf(level)].load(std::memory_order_relaxed);
 }
 
-void LogQt::qtMsgHandler(QtMsgType type, const char* text)
+void LogQt::qtMsgHandler(QtMsgType type, const char *text)
 {
     Log::ELevel level;
     switch (type) {
@@ -226,16 +225,16 @@ void LogQt::installKomHandler(kom::StatusMessageType verbosity)
 
 LogLine::LogLine(Log::ELevel level)
     : LogLine(level, nullptr)
-{
-}
+{ }
 
 // The idiom's common part for both kinds of line: the lock, the level's stream, the threshold, the
-// saved flags and the prefix. A marked line works on the fronted log's std::ostream, ko::Log::instance().
-LogLine::LogLine(Log::ELevel level, const char* marker)
+// saved flags and the prefix. A marked line works on the fronted log's std::ostream,
+// ko::Log::instance().
+LogLine::LogLine(Log::ELevel level, const char *marker)
     : mLocker(LogQt::s_instance.mutex(), true)
     , mSlot(slotOf(level))
 {
-    LogQt& front = LogQt::s_instance;
+    LogQt &front = LogQt::s_instance;
     if (marker) {
         mMarkedStream = front.log->getStream(level);
         if (!mMarkedStream || front.logLevel() > level) {
@@ -280,10 +279,10 @@ LogLine::~LogLine()
     countLine_locked(mSlot);
 }
 
-void LogLine::writeMarked(Log::ELevel level, const char* marker, const char* text)
+void LogLine::writeMarked(Log::ELevel level, const char *marker, const char *text)
 {
     LogLine line(level, marker);
-    std::ostream* os = line.mMarkedStream;
+    std::ostream *os = line.mMarkedStream;
     if (!os)
         return;
     if (text)
@@ -306,9 +305,9 @@ void LogLine::leaveDirect()
         *mStream << QString::fromUtf8(mBytes, int(mSize));
 }
 
-// Text for the text stream. Qt 5's UTF-8 encoder wrote '?' for a surrogate without its partner, Qt 6's
-// writes U+FFFD: such a surrogate is made '?' here, and a high one that ends the text is held back for
-// the low one that may start the next.
+// Text for the text stream. Qt 5's UTF-8 encoder wrote '?' for a surrogate without its partner, Qt
+// 6's writes U+FFFD: such a surrogate is made '?' here, and a high one that ends the text is held
+// back for the low one that may start the next.
 void LogLine::writeUtf16(QStringView text)
 {
     QString out;
@@ -321,7 +320,7 @@ void LogLine::writeUtf16(QStringView text)
         mPendingHigh = out.at(out.size() - 1);
         out.chop(1);
     }
-    QChar* const c = out.data();
+    QChar *const c = out.data();
     for (int i = 0; i < out.size(); ++i) {
         if (c[i].isHighSurrogate() && i + 1 < out.size() && c[i + 1].isLowSurrogate())
             ++i;
@@ -341,7 +340,7 @@ void LogLine::writePendingSurrogate()
 }
 
 // Room for @p size more bytes at the end of the line's text.
-char* LogLine::room(qsizetype size)
+char *LogLine::room(qsizetype size)
 {
     if (mSize + size > mCapacity) {
         mCapacity = std::max(2 * mCapacity, mSize + size);
@@ -353,14 +352,14 @@ char* LogLine::room(qsizetype size)
     return mBytes + mSize;
 }
 
-bool LogLine::appendCString(const char* text)
+bool LogLine::appendCString(const char *text)
 {
     // A null pointer writes nothing, as the text stream does.
     const qsizetype size = text ? qsizetype(std::strlen(text)) : 0;
     return appendLatin1(text, size);
 }
 
-bool LogLine::appendLatin1(const char* text, qsizetype size)
+bool LogLine::appendLatin1(const char *text, qsizetype size)
 {
     // Log text is mostly ASCII, copied as it is: eight bytes at a time are checked.
     qsizetype ascii = 0;
@@ -371,9 +370,9 @@ bool LogLine::appendLatin1(const char* text, qsizetype size)
     }
     ascii = std::find_if(text + ascii, text + size, [](char c) { return uchar(c) >= 0x80; }) - text;
     // Latin-1 letters above ASCII take two bytes in UTF-8.
-    char* const start = room(ascii + 2 * (size - ascii));
-    char* out = std::copy(text, text + ascii, start);
-    for (const char* c = text + ascii; c != text + size; ++c) {
+    char *const start = room(ascii + 2 * (size - ascii));
+    char *out = std::copy(text, text + ascii, start);
+    for (const char *c = text + ascii; c != text + size; ++c) {
         const uchar byte = uchar(*c);
         if (byte < 0x80) {
             *out++ = char(byte);
@@ -386,13 +385,13 @@ bool LogLine::appendLatin1(const char* text, qsizetype size)
     return true;
 }
 
-bool LogLine::appendUtf16(const QChar* text, qsizetype size)
+bool LogLine::appendUtf16(const QChar *text, qsizetype size)
 {
     const qsizetype before = mSize;
-    char* const start = room(size);
-    char* out = start;
-    const QChar* c = text;
-    const QChar* const end = text + size;
+    char *const start = room(size);
+    char *out = start;
+    const QChar *c = text;
+    const QChar *const end = text + size;
     // Log text is mostly ASCII: four characters at a time are checked and narrowed.
     for (quint64 four; end - c >= 4; c += 4, out += 4) {
         std::memcpy(&four, c, sizeof four);
@@ -422,7 +421,8 @@ bool LogLine::appendUtf16(const QChar* text, qsizetype size)
             *out++ = char(0x80 | (u >> 6 & 0x3f));
             *out++ = char(0x80 | (u & 0x3f));
         } else {
-            // A pair may be split across values, and a lone one is replaced: the text stream's encoder decides.
+            // A pair may be split across values, and a lone one is replaced: the text stream's
+            // encoder decides.
             mSize = before;
             return false;
         }
@@ -436,12 +436,13 @@ bool LogLine::appendInteger(qulonglong magnitude, bool negative)
     // Plain digits need the default number flags, base 10 and the C locale (no group separators).
     if (mPlainNumbers < 0) {
         const int base = mStream->integerBase();
-        mPlainNumbers = !mNumberFlags && (base == 0 || base == 10) && mStream->locale() == QLocale::c();
+        mPlainNumbers
+            = !mNumberFlags && (base == 0 || base == 10) && mStream->locale() == QLocale::c();
     }
     if (!mPlainNumbers)
         return false;
-    char* const start = room(21); // a sign and 20 digits
-    char* end = start;
+    char *const start = room(21); // a sign and 20 digits
+    char *end = start;
     if (negative)
         *end++ = '-';
     end = std::to_chars(end, start + 21, magnitude).ptr;

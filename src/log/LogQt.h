@@ -20,8 +20,7 @@
 namespace ko
 {
 
-template <class Streambuf>
-class TStreambufDevice;
+template <class Streambuf> class TStreambufDevice;
 
 /**
  * The Qt face of ko::Log: a QTextStream per level writing into the same stream
@@ -38,21 +37,22 @@ public:
     /** A front of its own ko::Log part: every call goes to this object's own log. */
     LogQt();
     /** A front of @p log, which must outlive it. */
-    explicit LogQt(Log& log);
+    explicit LogQt(Log &log);
     /** Releases the tables; the devices and text streams are left alive for late writers. */
     ~LogQt();
 
     /** Not copyable: the per-level devices and text streams belong to one front. */
-    LogQt(const LogQt&) = delete;
+    LogQt(const LogQt &) = delete;
     /** Not assignable, as it is not copyable. */
-    LogQt& operator=(const LogQt&) = delete;
+    LogQt &operator=(const LogQt &) = delete;
 
     /** The process-wide front of ko::Log::instance(), constructed when the library is loaded. */
     static LogQt s_instance;
 
     /** The fronted log's recursive mutex. */
-    Mutex& mutex();
-    /** Writes the line prefix of @p level onto the fronted log's level stream (level 0's if negative). */
+    Mutex &mutex();
+    /** Writes the line prefix of @p level onto the fronted log's level stream (level 0's if
+     * negative). */
     void pre(ELevel level);
     /** Sets the fronted log's threshold. */
     void setLogLevel(ELevel level);
@@ -70,40 +70,41 @@ public:
     void setErrorLogLevel();
     /** Threshold 4. */
     void setFatalErrorLogLevel();
-    /** Sets the fronted log's stream of @p level, owned by it when @p takeOwnership; null silences it. */
-    void setStream(ELevel level, std::ostream* stream, bool takeOwnership);
+    /** Sets the fronted log's stream of @p level, owned by it when @p takeOwnership; null silences
+     * it. */
+    void setStream(ELevel level, std::ostream *stream, bool takeOwnership);
     /** Sends the fronted log's @p level to the file @p path, appended to or truncated. */
-    void setLogFile(ELevel level, const char* path, bool append);
+    void setLogFile(ELevel level, const char *path, bool append);
     /** Sends every level of the fronted log to the file @p path, appended to or truncated. */
-    void setLogFile(const char* path, bool append);
+    void setLogFile(const char *path, bool append);
     /**
      * Sends @p level of this object's own ko::Log part (not the fronted log) to @p path.
      * Kept apart from the const char* overload on purpose: callers rely on the difference.
      */
-    void setLogFile(ELevel level, const QString& path, bool append);
+    void setLogFile(ELevel level, const QString &path, bool append);
     /**
-     * Sends every level of this object's own ko::Log part (not the fronted log) to @p path; kept apart
-     * from the const char* overload, as the one-level form is.
+     * Sends every level of this object's own ko::Log part (not the fronted log) to @p path; kept
+     * apart from the const char* overload, as the one-level form is.
      */
-    void setLogFile(const QString& path, bool append);
+    void setLogFile(const QString &path, bool append);
     /** Redirects the process's standard output (and error) to @p path; see ko::Log::setStdOut. */
-    static void setStdOut(const QString& path, bool append, bool alsoStdErr);
+    static void setStdOut(const QString &path, bool append, bool alsoStdErr);
     /** Sends every level of the process-wide log, ko::Log::instance(), to @p path. */
-    static void setDefaultLogFile(const QString& path, bool append);
+    static void setDefaultLogFile(const QString &path, bool append);
 
     /**
-     * The text stream of @p level's slot (levels above 4, and negative ones, use slot 0), renewed when
-     * the fronted log's stream buffer for that slot was replaced; null when the
-     * log has no stream there.
+     * The text stream of @p level's slot (levels above 4, and negative ones, use slot 0), renewed
+     * when the fronted log's stream buffer for that slot was replaced; null when the log has no
+     * stream there.
      */
-    QTextStream* getStream(ELevel level);
+    QTextStream *getStream(ELevel level);
 
     /**
      * Writes one line in the library's logging idiom through s_instance: under the
      * log mutex, when the level's stream exists and the threshold allows, the
      * prefix, @p text and a line end, keeping the stream's number flags.
      */
-    static void write(ELevel level, const QString& text);
+    static void write(ELevel level, const QString &text);
 
     /**
      * The number of lines written at @p level since the library was loaded: the library's and
@@ -113,11 +114,11 @@ public:
     static quint64 lineCount(ELevel level);
 
     /**
-     * Qt message handler: warnings, critical and fatal messages go to ko::Log::instance() at levels 2,
-     * 3, 4 with " Qt> " after the prefix; debug, info and other messages are dropped. A fatal message
-     * does not end the process here: that is left to Qt.
+     * Qt message handler: warnings, critical and fatal messages go to ko::Log::instance() at levels
+     * 2, 3, 4 with " Qt> " after the prefix; debug, info and other messages are dropped. A fatal
+     * message does not end the process here: that is left to Qt.
      */
-    static void qtMsgHandler(QtMsgType type, const char* text);
+    static void qtMsgHandler(QtMsgType type, const char *text);
     /** Announces itself through qDebug(), then installs qtMsgHandler() as Qt's message handler. */
     static void installQtHandler();
     /** Routes the middleware's status messages into the log (KomLogHandler::install). */
@@ -125,12 +126,12 @@ public:
 
 private:
     friend class LogLine;
-    QTextStream* getStream_locked(int slot);
-    std::streambuf* directTarget_locked(int slot);
+    QTextStream *getStream_locked(int slot);
+    std::streambuf *directTarget_locked(int slot);
 
-    Log* log;
-    QVector<TStreambufDevice<std::streambuf>*> devices;
-    QVector<QTextStream*> streams;
+    Log *log;
+    QVector<TStreambufDevice<std::streambuf> *> devices;
+    QVector<QTextStream *> streams;
 };
 
 /**
@@ -155,22 +156,22 @@ public:
     ~LogLine();
 
     /** Not copyable: a line holds the log mutex until it ends. */
-    LogLine(const LogLine&) = delete;
+    LogLine(const LogLine &) = delete;
     /** Not assignable, as it is not copyable. */
-    LogLine& operator=(const LogLine&) = delete;
+    LogLine &operator=(const LogLine &) = delete;
 
     /**
-     * Writes one whole line from another source, marked with @p marker (" Qt> ", " kom> "), straight
-     * onto ko::Log::instance()'s std::ostream of @p level, keeping that stream's format flags. A null
+     * Writes one whole line from another source, marked with @p marker (" Qt> ", " kom> "),
+     * straight onto ko::Log::instance()'s std::ostream of @p level, keeping that stream's format
+     * flags. A null
      * @p text sets the stream's bad bit, as writing a null character pointer does.
      */
-    static void writeMarked(Log::ELevel level, const char* marker, const char* text);
+    static void writeMarked(Log::ELevel level, const char *marker, const char *text);
 
     /** True when the line is written (a stream exists and the threshold allows the level). */
     bool isActive() const { return mStream != nullptr; }
     /** Appends @p value with QTextStream's formatting; does nothing for an inactive line. */
-    template <class T>
-    LogLine& operator<<(const T& value)
+    template <class T> LogLine &operator<<(const T &value)
     {
         if (mStream && !(mTarget && appendDirect(value))) {
             leaveDirect();
@@ -181,8 +182,9 @@ public:
                 writeUtf16(QStringView(&value, 1));
             } else {
                 writePendingSurrogate();
-                // Character pointers are Latin-1, as Qt 5's text stream reads them (Qt 6's reads UTF-8).
-                if constexpr (std::is_same_v<Plain, const char*> || std::is_same_v<Plain, char*>)
+                // Character pointers are Latin-1, as Qt 5's text stream reads them (Qt 6's reads
+                // UTF-8).
+                if constexpr (std::is_same_v<Plain, const char *> || std::is_same_v<Plain, char *>)
                     *mStream << QLatin1String(value);
                 else
                     *mStream << value;
@@ -192,14 +194,13 @@ public:
     }
 
 private:
-    LogLine(Log::ELevel level, const char* marker);
+    LogLine(Log::ELevel level, const char *marker);
 
     // Appends a value the text stream would pass on unchanged; false for any other.
-    template <class T>
-    bool appendDirect(const T& value)
+    template <class T> bool appendDirect(const T &value)
     {
         using Plain = std::decay_t<T>;
-        if constexpr (std::is_same_v<Plain, const char*> || std::is_same_v<Plain, char*>)
+        if constexpr (std::is_same_v<Plain, const char *> || std::is_same_v<Plain, char *>)
             return appendCString(value);
         else if constexpr (std::is_same_v<T, char>)
             return appendLatin1(&value, 1);
@@ -211,40 +212,46 @@ private:
             return appendUtf16(value.data(), value.size());
         else if constexpr (std::is_same_v<T, QChar>)
             return appendUtf16(&value, 1);
-        else if constexpr (std::is_same_v<T, short> || std::is_same_v<T, int> || std::is_same_v<T, long>
-            || std::is_same_v<T, long long>)
+        else if constexpr (
+            std::is_same_v<T,
+                short> || std::is_same_v<T, int> || std::is_same_v<T, long> || std::is_same_v<T, long long>)
             return appendInteger(value < 0 ? 0 - qulonglong(value) : qulonglong(value), value < 0);
-        else if constexpr (std::is_same_v<T, unsigned short> || std::is_same_v<T, unsigned>
-            || std::is_same_v<T, unsigned long> || std::is_same_v<T, unsigned long long>)
+        else if constexpr (
+            std::is_same_v<T,
+                unsigned short> || std::is_same_v<T, unsigned> || std::is_same_v<T, unsigned long> || std::is_same_v<T, unsigned long long>)
             return appendInteger(qulonglong(value), false);
         else
             return false;
     }
 
-    char* room(qsizetype size);
-    bool appendCString(const char* text);
-    bool appendLatin1(const char* text, qsizetype size);
-    bool appendUtf16(const QChar* text, qsizetype size);
+    char *room(qsizetype size);
+    bool appendCString(const char *text);
+    bool appendLatin1(const char *text, qsizetype size);
+    bool appendUtf16(const QChar *text, qsizetype size);
     bool appendInteger(qulonglong magnitude, bool negative);
     void leaveDirect();
     void writeUtf16(QStringView text);
     void writePendingSurrogate();
 
     MutexLocker mLocker;
-    QTextStream* mStream = nullptr; // the level's text stream; null for an inactive or a marked line
-    std::streambuf* mTarget = nullptr; // where mBytes go; null once the line goes through mStream
-    std::ostream* mMarkedStream = nullptr; // the stream of a marked line
+    QTextStream *mStream
+        = nullptr; // the level's text stream; null for an inactive or a marked line
+    std::streambuf *mTarget = nullptr; // where mBytes go; null once the line goes through mStream
+    std::ostream *mMarkedStream = nullptr; // the stream of a marked line
     int mSlot = 0; // the level's slot; a level outside the enumeration is not kept as one
     QTextStream::NumberFlags mNumberFlags;
     std::ios_base::fmtflags mFormatFlags = {};
-    signed char mPlainNumbers = -1; // whether the text stream writes integers as plain digits; -1 unknown
-    // The line's text in UTF-8 while it goes straight to mTarget: in mInline, or on the heap when longer.
-    char* mBytes = mInline;
+    signed char mPlainNumbers
+        = -1; // whether the text stream writes integers as plain digits; -1 unknown
+    // The line's text in UTF-8 while it goes straight to mTarget: in mInline, or on the heap when
+    // longer.
+    char *mBytes = mInline;
     qsizetype mSize = 0;
     qsizetype mCapacity = sizeof mInline;
     std::unique_ptr<char[]> mHeap;
     char mInline[480];
-    QChar mPendingHigh; // a high surrogate that ended the last text, held back for its low one; or null
+    QChar mPendingHigh; // a high surrogate that ended the last text, held back for its low one; or
+                        // null
 };
 
 } // namespace ko

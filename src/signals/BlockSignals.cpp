@@ -9,7 +9,7 @@ BlockSignals::BlockSignals() = default;
 
 BlockSignals::~BlockSignals() = default;
 
-void BlockSignals::set(const QList<QObject*>& objects)
+void BlockSignals::set(const QList<QObject *> &objects)
 {
     if (!mPrevious.empty())
         block(false);
@@ -20,7 +20,8 @@ void BlockSignals::block(bool on)
 {
     const size_t count = size_t(mObjects.size());
     if (on) {
-        // A second block(true) overwrites the flags with "blocked": one level of memory, kept on purpose.
+        // A second block(true) overwrites the flags with "blocked": one level of memory, kept on
+        // purpose.
         mPrevious.resize(count, false);
         for (size_t i = 0; i < count; ++i)
             mPrevious[i] = mObjects.at(int(i))->blockSignals(true);
@@ -30,13 +31,13 @@ void BlockSignals::block(bool on)
         for (size_t i = 0; i < count; ++i)
             mObjects.at(int(i))->blockSignals(mPrevious[i]);
     } else {
-        for (QObject* object : qAsConst(mObjects))
+        for (QObject *object : qAsConst(mObjects))
             object->blockSignals(false);
     }
     mPrevious.clear();
 }
 
-StBlockSignals::StBlockSignals(const QList<QObject*>& objects)
+StBlockSignals::StBlockSignals(const QList<QObject *> &objects)
 {
     set(objects);
     block(true);

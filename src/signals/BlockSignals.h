@@ -29,29 +29,30 @@ public:
      * Replaces the group; a group held blocked is given back its states first. The new group is not
      * blocked.
      */
-    void set(const QList<QObject*>& objects);
+    void set(const QList<QObject *> &objects);
     /**
      * Blocks the group (true), remembering each object's state, or gives the remembered states back
-     * (false); without remembered states for the whole group, false unblocks every object. Kept as it
-     * always was: a second block(true) remembers every object as blocked, so the following block(false)
-     * leaves them all blocked.
+     * (false); without remembered states for the whole group, false unblocks every object. Kept as
+     * it always was: a second block(true) remembers every object as blocked, so the following
+     * block(false) leaves them all blocked.
      */
     void block(bool on);
     /** The group, in the caller's order. */
-    const QList<QObject*>& objects() const { return mObjects; }
+    const QList<QObject *> &objects() const { return mObjects; }
 
 private:
     Q_DISABLE_COPY(BlockSignals)
-    QList<QObject*> mObjects;
+    QList<QObject *> mObjects;
     std::vector<bool> mPrevious;
 };
 
-/** Scope guard: blocks the signals of a group for its lifetime and restores their states at its end. */
+/** Scope guard: blocks the signals of a group for its lifetime and restores their states at its
+ * end. */
 class COREQT_EXPORT StBlockSignals : public BlockSignals
 {
 public:
     /** Takes the group and blocks it. */
-    explicit StBlockSignals(const QList<QObject*>& objects);
+    explicit StBlockSignals(const QList<QObject *> &objects);
     /** Gives every object back the state it had before. */
     ~StBlockSignals() override;
 

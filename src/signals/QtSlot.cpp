@@ -6,13 +6,12 @@
 namespace ko
 {
 
-QtSlot::QtSlot(const QObject* receiver_, const char* slot_)
+QtSlot::QtSlot(const QObject *receiver_, const char *slot_)
     : receiver(receiver_)
     , slot(slot_)
-{
-}
+{ }
 
-const char* QtSlot::slotName() const
+const char *QtSlot::slotName() const
 {
     // A null code is outside the record's contract: its name is empty.
     if (name.empty() && slot) {

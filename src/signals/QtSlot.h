@@ -14,18 +14,18 @@ namespace ko
 struct COREQT_EXPORT QtSlot
 {
     /** @p receiver's slot @p slot (a method code with the digit 1). */
-    QtSlot(const QObject* receiver, const char* slot);
+    QtSlot(const QObject *receiver, const char *slot);
 
     /**
      * The slot's bare name ("onTimeout" for "1onTimeout()"), valid as long as this record
      * lives; worked out once. Not for concurrent use on one record.
      */
-    const char* slotName() const;
+    const char *slotName() const;
 
     /** The receiving object. */
-    const QObject* receiver;
+    const QObject *receiver;
     /** The slot's method code. */
-    const char* slot;
+    const char *slot;
     /** Cache of slotName(), empty until it is first asked for. */
     mutable std::string name;
 };

@@ -29,30 +29,33 @@ QString emptyString()
     return QString(QLatin1String(""));
 }
 
-// The text passes through Latin-1 on its way to the translator: characters outside Latin-1 become '?'.
-QString translateLatin1(const QString& context, const QString& text)
+// The text passes through Latin-1 on its way to the translator: characters outside Latin-1 become
+// '?'.
+QString translateLatin1(const QString &context, const QString &text)
 {
     const QString latin1 = QString::fromLatin1(text.toLatin1());
     return QCoreApplication::translate(context.toLatin1().constData(), latin1.toUtf8().constData());
 }
 
-template <typename Items> void insertAll(QSet<QString>& set, const Items& items, const QString& context)
+template <typename Items>
+void insertAll(QSet<QString> &set, const Items &items, const QString &context)
 {
-    for (const QString& item : items)
+    for (const QString &item : items)
         set.insert(context.isEmpty() ? item : translateLatin1(context, item));
 }
 
 template <typename Texts, typename Separator>
-QStringList splitEach(const Texts& texts, const Separator& separator, SplitBehavior behavior)
+QStringList splitEach(const Texts &texts, const Separator &separator, SplitBehavior behavior)
 {
     QStringList parts;
-    for (const QString& text : texts)
+    for (const QString &text : texts)
         parts += compat::split(text, separator, behavior);
     return parts;
 }
 
 // Two digits per byte, most significant byte first, the separator between bytes.
-template <typename Unsigned> QString hexOfValue(Unsigned value, bool upperCase, const QString& separator)
+template <typename Unsigned>
+QString hexOfValue(Unsigned value, bool upperCase, const QString &separator)
 {
     const int bytes = int(sizeof(Unsigned));
     QString out;
@@ -77,7 +80,7 @@ unsigned int repeatSixBits(unsigned char c, int count)
 
 // Reads a continuation byte at p and moves past it, except that a terminating zero is never
 // stepped over.
-unsigned char takeByte(const char*& p)
+unsigned char takeByte(const char *&p)
 {
     const unsigned char c = static_cast<unsigned char>(*p);
     if (c != 0)
@@ -91,9 +94,9 @@ const int kMaxNesting = 1024;
 
 // Reads one serialised QVariant from @p s and tells whether it could be read and its variant
 // lists, maps and hashes nest at most @p levels deep. Qt itself reads every other value.
-bool readableWithin(QDataStream& s, int levels)
+bool readableWithin(QDataStream &s, int levels)
 {
-    QIODevice* device = s.device();
+    QIODevice *device = s.device();
     const qint64 start = device->pos();
     quint32 type = 0;
     qint8 isNull = 0;
@@ -127,7 +130,7 @@ bool readableWithin(QDataStream& s, int levels)
 
 // Whether Qt can serialise @p value: a date-time in a time zone that Qt does not know has no
 // zone data, and writing it would crash.
-bool writable(const QVariant& value)
+bool writable(const QVariant &value)
 {
     switch (value.userType()) {
     case QMetaType::QDateTime: {
@@ -163,32 +166,33 @@ StringUtils::StringUtils()
     mStream.setVersion(QDataStream::Qt_5_15);
 }
 
-bool StringUtils::equalsIgnoreCase(const QString& a, const QString& b)
+bool StringUtils::equalsIgnoreCase(const QString &a, const QString &b)
 {
     return QString::compare(a, b, Qt::CaseInsensitive) == 0;
 }
 
-bool StringUtils::startsWithIgnoreCase(const QString& s, const QString& prefix)
+bool StringUtils::startsWithIgnoreCase(const QString &s, const QString &prefix)
 {
     return s.startsWith(prefix, Qt::CaseInsensitive);
 }
 
-bool StringUtils::endsWithIgnoreCase(const QString& s, const QString& suffix)
+bool StringUtils::endsWithIgnoreCase(const QString &s, const QString &suffix)
 {
     return s.endsWith(suffix, Qt::CaseInsensitive);
 }
 
-int StringUtils::indexOfIgnoreCase(const QString& s, const QString& part)
+int StringUtils::indexOfIgnoreCase(const QString &s, const QString &part)
 {
     return s.indexOf(part, 0, Qt::CaseInsensitive);
 }
 
-bool StringUtils::containsIgnoreCase(const QString& s, const QString& part)
+bool StringUtils::containsIgnoreCase(const QString &s, const QString &part)
 {
     return indexOfIgnoreCase(s, part) != -1;
 }
 
-QString StringUtils::trim(const QString& text, const QString& chars, QFlags<Qt::AlignmentFlag> sides)
+QString StringUtils::trim(
+    const QString &text, const QString &chars, QFlags<Qt::AlignmentFlag> sides)
 {
     int start = 0;
     int end = text.length();
@@ -205,24 +209,24 @@ QString StringUtils::trim(const QString& text, const QString& chars, QFlags<Qt::
     return text.mid(start, end - start);
 }
 
-QString StringUtils::trimLeft(const QString& text, const QString& chars)
+QString StringUtils::trimLeft(const QString &text, const QString &chars)
 {
     return trim(text, chars, Qt::AlignLeft);
 }
 
-QString StringUtils::trimRight(const QString& text, const QString& chars)
+QString StringUtils::trimRight(const QString &text, const QString &chars)
 {
     return trim(text, chars, Qt::AlignRight);
 }
 
-QString StringUtils::trimLeft(const QString& text, const QRegExp& pattern)
+QString StringUtils::trimLeft(const QString &text, const QRegExp &pattern)
 {
     if (pattern.indexIn(text, 0, QRegExp::CaretAtZero) == 0)
         return text.mid(pattern.matchedLength());
     return text;
 }
 
-QString StringUtils::trimRight(const QString& text, const QRegExp& pattern)
+QString StringUtils::trimRight(const QString &text, const QRegExp &pattern)
 {
     // The backward search stops at the latest position where the pattern matches, so a repeating
     // pattern loses only its last match here; callers rely on this.
@@ -232,7 +236,8 @@ QString StringUtils::trimRight(const QString& text, const QRegExp& pattern)
     return text;
 }
 
-QString StringUtils::truncate(const QString& text, int maxLength, QFlags<Qt::AlignmentFlag> alignment)
+QString StringUtils::truncate(
+    const QString &text, int maxLength, QFlags<Qt::AlignmentFlag> alignment)
 {
     // A negative length is not a valid request; it keeps nothing, as 0 does.
     if (maxLength < 0)
@@ -255,38 +260,39 @@ QString StringUtils::truncate(const QString& text, int maxLength, QFlags<Qt::Ali
 }
 
 QStringList StringUtils::splitStringList(
-    const QString& text, const QRegExp& separator, SplitBehavior behavior)
+    const QString &text, const QRegExp &separator, SplitBehavior behavior)
 {
     return compat::split(text, separator, behavior);
 }
 
 QStringList StringUtils::splitStringList(
-    const QStringList& texts, const QString& separator, SplitBehavior behavior)
+    const QStringList &texts, const QString &separator, SplitBehavior behavior)
 {
     return splitEach(texts, separator, behavior);
 }
 
 QStringList StringUtils::splitStringList(
-    const QStringList& texts, const QRegExp& separator, SplitBehavior behavior)
+    const QStringList &texts, const QRegExp &separator, SplitBehavior behavior)
 {
     return splitEach(texts, separator, behavior);
 }
 
 QSet<QString> StringUtils::splitStringSet(
-    const QString& text, const QRegExp& separator, SplitBehavior behavior)
+    const QString &text, const QRegExp &separator, SplitBehavior behavior)
 {
     const QStringList parts = compat::split(text, separator, behavior);
     return QSet<QString>(parts.cbegin(), parts.cend());
 }
 
 QSet<QString> StringUtils::splitStringSet(
-    const QStringList& texts, const QRegExp& separator, SplitBehavior behavior)
+    const QStringList &texts, const QRegExp &separator, SplitBehavior behavior)
 {
     const QStringList parts = splitEach(texts, separator, behavior);
     return QSet<QString>(parts.cbegin(), parts.cend());
 }
 
-void StringUtils::splitFirst(const QString& text, const QString& separator, QString& head, QString& tail)
+void StringUtils::splitFirst(
+    const QString &text, const QString &separator, QString &head, QString &tail)
 {
     const int i = text.indexOf(separator, 0);
     if (i == -1) {
@@ -299,7 +305,7 @@ void StringUtils::splitFirst(const QString& text, const QString& separator, QStr
     tail = text.mid(i + separator.length());
 }
 
-void StringUtils::splitKeyValue(const QString& text, QString& key, QString& value, QChar separator)
+void StringUtils::splitKeyValue(const QString &text, QString &key, QString &value, QChar separator)
 {
     const int i = text.indexOf(separator);
     if (i == -1) {
@@ -313,12 +319,13 @@ void StringUtils::splitKeyValue(const QString& text, QString& key, QString& valu
 }
 
 QStringList StringUtils::splitScript(
-    const QString& script, const QString& commentMarker, const QString& separator)
+    const QString &script, const QString &commentMarker, const QString &separator)
 {
-    return stripCommentLines(script, commentMarker).split(separator, SkipEmptyParts, Qt::CaseSensitive);
+    return stripCommentLines(script, commentMarker)
+        .split(separator, SkipEmptyParts, Qt::CaseSensitive);
 }
 
-QString StringUtils::stripCommentLines(const QString& text, const QString& commentMarker)
+QString StringUtils::stripCommentLines(const QString &text, const QString &commentMarker)
 {
     QString result;
     const QStringList lines = text.split(QLatin1Char('\n'), KeepEmptyParts);
@@ -339,10 +346,10 @@ QString StringUtils::stripCommentLines(const QString& text, const QString& comme
 }
 
 QString StringUtils::joinTranslated(
-    const QString& context, const QSet<QString>& sourceTexts, QString separator)
+    const QString &context, const QSet<QString> &sourceTexts, QString separator)
 {
     QString result;
-    for (const QString& text : sourceTexts) {
+    for (const QString &text : sourceTexts) {
         // The separator goes in only after a non-empty result: an empty first translation adds
         // nothing, a later one adds a separator. Kept because callers rely on it.
         if (!result.isEmpty())
@@ -352,10 +359,10 @@ QString StringUtils::joinTranslated(
     return result;
 }
 
-QString StringUtils::concat(const QStringList& parts, const QString& separator)
+QString StringUtils::concat(const QStringList &parts, const QString &separator)
 {
     QString result;
-    for (const QString& part : parts) {
+    for (const QString &part : parts) {
         if (part.isEmpty())
             continue;
         if (!result.isEmpty())
@@ -365,27 +372,28 @@ QString StringUtils::concat(const QStringList& parts, const QString& separator)
     return result;
 }
 
-QString StringUtils::concat(const QString& part1, const QString& separator, const QString& part2,
-    const QString& part3, const QString& part4, const QString& part5, const QString& part6,
-    const QString& part7, const QString& part8, const QString& part9, const QString& part10)
+QString StringUtils::concat(const QString &part1, const QString &separator, const QString &part2,
+    const QString &part3, const QString &part4, const QString &part5, const QString &part6,
+    const QString &part7, const QString &part8, const QString &part9, const QString &part10)
 {
     return concat(
-        QStringList { part1, part2, part3, part4, part5, part6, part7, part8, part9, part10 }, separator);
+        QStringList { part1, part2, part3, part4, part5, part6, part7, part8, part9, part10 },
+        separator);
 }
 
-bool StringUtils::intersectsWith(const QSet<QString>& a, const QSet<QString>& b)
+bool StringUtils::intersectsWith(const QSet<QString> &a, const QSet<QString> &b)
 {
-    for (const QString& x : a) {
+    for (const QString &x : a) {
         if (b.contains(x))
             return true;
     }
     return false;
 }
 
-bool StringUtils::intersectsOnBeginning(const QSet<QString>& a, const QSet<QString>& b)
+bool StringUtils::intersectsOnBeginning(const QSet<QString> &a, const QSet<QString> &b)
 {
-    for (const QString& x : a) {
-        for (const QString& y : b) {
+    for (const QString &x : a) {
+        for (const QString &y : b) {
             if (x.startsWith(y, Qt::CaseInsensitive))
                 return true;
         }
@@ -393,24 +401,24 @@ bool StringUtils::intersectsOnBeginning(const QSet<QString>& a, const QSet<QStri
     return false;
 }
 
-QSet<QString> StringUtils::intersect(const QSet<QString>& a, const QSet<QString>& b)
+QSet<QString> StringUtils::intersect(const QSet<QString> &a, const QSet<QString> &b)
 {
     QSet<QString> result = a;
     result.intersect(b);
     return result;
 }
 
-void StringUtils::appendAll(QSet<QString>& set, const QStringList& items, const QString& context)
+void StringUtils::appendAll(QSet<QString> &set, const QStringList &items, const QString &context)
 {
     insertAll(set, items, context);
 }
 
-void StringUtils::appendAll(QSet<QString>& set, const QSet<QString>& items, const QString& context)
+void StringUtils::appendAll(QSet<QString> &set, const QSet<QString> &items, const QString &context)
 {
     insertAll(set, items, context);
 }
 
-int StringUtils::removeAll(QStringList& list, const QRegExp& pattern)
+int StringUtils::removeAll(QStringList &list, const QRegExp &pattern)
 {
     int removed = 0;
     for (auto it = list.begin(); it != list.end();) {
@@ -424,7 +432,7 @@ int StringUtils::removeAll(QStringList& list, const QRegExp& pattern)
     return removed;
 }
 
-void StringUtils::swap(QStringList& list, int i, int j)
+void StringUtils::swap(QStringList &list, int i, int j)
 {
     // Indexes outside the list are not a valid request; the list is then left as it is.
     if (i < 0 || j < 0 || i >= list.size() || j >= list.size())
@@ -434,11 +442,11 @@ void StringUtils::swap(QStringList& list, int i, int j)
     list[j] = kept;
 }
 
-void StringUtils::appendHex(QString& out, unsigned char byte, bool upperCase)
+void StringUtils::appendHex(QString &out, unsigned char byte, bool upperCase)
 {
     static const char kUpper[] = "0123456789ABCDEF";
     static const char kLower[] = "0123456789abcdef";
-    const char* digits = upperCase ? kUpper : kLower;
+    const char *digits = upperCase ? kUpper : kLower;
     out += QLatin1Char(digits[byte >> 4]);
     out += QLatin1Char(digits[byte & 0x0F]);
 }
@@ -451,22 +459,22 @@ QString StringUtils::toHex(unsigned char value, bool upperCase)
     return out;
 }
 
-QString StringUtils::toHex(unsigned short value, bool upperCase, const QString& separator)
+QString StringUtils::toHex(unsigned short value, bool upperCase, const QString &separator)
 {
     return hexOfValue(value, upperCase, separator);
 }
 
-QString StringUtils::toHex(unsigned int value, bool upperCase, const QString& separator)
+QString StringUtils::toHex(unsigned int value, bool upperCase, const QString &separator)
 {
     return hexOfValue(value, upperCase, separator);
 }
 
-QString StringUtils::toHex(unsigned long long value, bool upperCase, const QString& separator)
+QString StringUtils::toHex(unsigned long long value, bool upperCase, const QString &separator)
 {
     return hexOfValue(value, upperCase, separator);
 }
 
-QString StringUtils::toHex(const QByteArray& data, bool upperCase, const QString& separator)
+QString StringUtils::toHex(const QByteArray &data, bool upperCase, const QString &separator)
 {
     // An empty array gives an empty string, whatever the separator (no negative reservation).
     if (data.isEmpty())
@@ -482,34 +490,34 @@ QString StringUtils::toHex(const QByteArray& data, bool upperCase, const QString
     return out;
 }
 
-QString StringUtils::encodeBase64(const QByteArray& data)
+QString StringUtils::encodeBase64(const QByteArray &data)
 {
     return compat::fromAscii(data.toBase64().constData());
 }
 
-QString StringUtils::encodeBase64(const QString& text)
+QString StringUtils::encodeBase64(const QString &text)
 {
     return encodeBase64(compat::toAscii(text));
 }
 
-QString StringUtils::encodeBase64(const char* data, int length)
+QString StringUtils::encodeBase64(const char *data, int length)
 {
     return encodeBase64(QByteArray(data, length));
 }
 
-QString StringUtils::decodeBase64(const QString& text)
+QString StringUtils::decodeBase64(const QString &text)
 {
     // Read up to the first zero byte: the function is meant for text, binary data is cut there.
     return compat::fromAscii(QByteArray::fromBase64(compat::toAscii(text)).constData());
 }
 
-unsigned int StringUtils::decodeUtf8(const char*& p)
+unsigned int StringUtils::decodeUtf8(const char *&p)
 {
-    // Only ASCII and two-byte sequences decode correctly: a longer sequence reads just the byte after
-    // its lead and repeats its six bits in every slot, and 0xFE/0xFF take the byte after next. Kept
-    // as it is because callers rely on it. The lead byte is always passed, a zero one too, so that a
-    // walk over a buffer of known length moves on; a zero continuation byte is never stepped over
-    // (it reads as 0), so a sequence cut short by the terminator never reads past it.
+    // Only ASCII and two-byte sequences decode correctly: a longer sequence reads just the byte
+    // after its lead and repeats its six bits in every slot, and 0xFE/0xFF take the byte after
+    // next. Kept as it is because callers rely on it. The lead byte is always passed, a zero one
+    // too, so that a walk over a buffer of known length moves on; a zero continuation byte is never
+    // stepped over (it reads as 0), so a sequence cut short by the terminator never reads past it.
     const unsigned int b = static_cast<unsigned char>(*p++);
     if (b < 0x80)
         return b;
@@ -527,14 +535,15 @@ unsigned int StringUtils::decodeUtf8(const char*& p)
         return ((b & 0x03) << 24) | repeatSixBits(takeByte(p), 4);
     if ((b & 0xFE) == 0xFC)
         return ((b & 0x01) << 30) | repeatSixBits(takeByte(p), 5);
-    // 0xFE and 0xFF: the byte between is skipped; if it is the terminator, the next one is not read.
+    // 0xFE and 0xFF: the byte between is skipped; if it is the terminator, the next one is not
+    // read.
     if (takeByte(p) == 0)
         return 0;
     const unsigned char c = takeByte(p);
     return (static_cast<unsigned int>(c & 0x03) << 30) | repeatSixBits(c, 5);
 }
 
-bool StringUtils::equalsUtf8(const QString& text, const char* utf8)
+bool StringUtils::equalsUtf8(const QString &text, const char *utf8)
 {
     if (text.isEmpty())
         return true;
@@ -542,7 +551,7 @@ bool StringUtils::equalsUtf8(const QString& text, const char* utf8)
     if (!utf8 || *utf8 == 0)
         return false;
     // True when text is a prefix of the decoded UTF-8 text, not only when both are equal.
-    const char* p = utf8;
+    const char *p = utf8;
     for (const QChar c : text) {
         if (*p == 0)
             return false;
@@ -552,7 +561,7 @@ bool StringUtils::equalsUtf8(const QString& text, const char* utf8)
     return true;
 }
 
-bool StringUtils::toBool(const QString& text, bool* ok)
+bool StringUtils::toBool(const QString &text, bool *ok)
 {
     const QVariant variant(text);
     if (ok)
@@ -560,16 +569,16 @@ bool StringUtils::toBool(const QString& text, bool* ok)
     return variant.toBool();
 }
 
-QVariant StringUtils::toVariant(const QString& text, VariantType type)
+QVariant StringUtils::toVariant(const QString &text, VariantType type)
 {
     if (int(type) == QMetaType::QStringList)
         return QVariant(text.split(QLatin1Char('\n'), KeepEmptyParts));
     QVariant variant(text);
     if (compat::convert(variant, int(type)))
         return variant;
-    // The buffer is rewound but not emptied: the bytes are appended behind what an earlier call left,
-    // and the first value the buffer holds is read. Kept because callers rely on it (one instance
-    // per value converts back correctly).
+    // The buffer is rewound but not emptied: the bytes are appended behind what an earlier call
+    // left, and the first value the buffer holds is read. Kept because callers rely on it (one
+    // instance per value converts back correctly).
     mBuffer.reset();
     mBuffer.buffer().append(QByteArray::fromBase64(compat::toAscii(text)));
     // The text may come from anywhere: whatever Qt cannot read, or could not write again, gives an
@@ -584,12 +593,12 @@ QVariant StringUtils::toVariant(const QString& text, VariantType type)
         if (mStream.status() != QDataStream::Ok || !writable(result))
             return QVariant();
         return result;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc &) {
         return QVariant();
     }
 }
 
-QString StringUtils::toString(const QVariant& value)
+QString StringUtils::toString(const QVariant &value)
 {
     if (compat::isNull(value) || !value.isValid())
         return emptyString();
@@ -600,8 +609,8 @@ QString StringUtils::toString(const QVariant& value)
     // A value Qt cannot serialise is outside the contract; it gives the text of an invalid value.
     if (!writable(value))
         return emptyString();
-    // Overwrites from position 0 and encodes the whole array, so bytes of a longer earlier value stay
-    // behind the new ones. Kept because callers rely on it.
+    // Overwrites from position 0 and encodes the whole array, so bytes of a longer earlier value
+    // stay behind the new ones. Kept because callers rely on it.
     mBuffer.reset();
     mStream.resetStatus();
     mStream << value;
@@ -610,33 +619,33 @@ QString StringUtils::toString(const QVariant& value)
 
 } // namespace ko
 
-QStringList operator-=(QStringList& list, const QString& item)
+QStringList operator-=(QStringList &list, const QString &item)
 {
     list.removeAll(item);
     return list;
 }
 
-QStringList operator-=(QStringList& list, const QStringList& items)
+QStringList operator-=(QStringList &list, const QStringList &items)
 {
     // A copy, so that a list subtracted from itself is walked safely.
     const QStringList toRemove = items;
-    for (const QString& item : toRemove)
+    for (const QString &item : toRemove)
         list.removeAll(item);
     return list;
 }
 
-QStringList operator*=(QStringList& list, const QString& item)
+QStringList operator*=(QStringList &list, const QString &item)
 {
     if (!list.contains(item))
         list.append(item);
     return list;
 }
 
-QStringList operator*=(QStringList& list, const QStringList& items)
+QStringList operator*=(QStringList &list, const QStringList &items)
 {
     // A copy, so that a list merged with itself is walked safely.
     const QStringList toAdd = items;
-    for (const QString& item : toAdd) {
+    for (const QString &item : toAdd) {
         if (!list.contains(item))
             list.append(item);
     }

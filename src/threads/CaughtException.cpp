@@ -18,7 +18,7 @@
 namespace ko
 {
 
-void logCaughtException(Log::ELevel level, const QString& threadName)
+void logCaughtException(Log::ELevel level, const QString &threadName)
 {
     const QString where = QStringLiteral("in worker thread ") + threadName + QStringLiteral(": ");
 #if defined(__clang__)
@@ -29,22 +29,22 @@ void logCaughtException(Log::ELevel level, const QString& threadName)
     try {
         throw;
 #ifdef __GLIBCXX__
-    } catch (abi::__forced_unwind&) {
+    } catch (abi::__forced_unwind &) {
         throw; // a cancelled thread must unwind to its end
 #endif
-    } catch (ko::ExceptionQt& e) {
+    } catch (ko::ExceptionQt &e) {
         LogLine(level) << e;
-    } catch (char* text) {
+    } catch (char *text) {
         LogLine(level) << where << text;
-    } catch (const char* text) {
+    } catch (const char *text) {
         LogLine(level) << where << text;
-    } catch (komTerminalException& e) {
+    } catch (komTerminalException &e) {
         LogLine(level) << where << e;
-    } catch (komException& e) {
+    } catch (komException &e) {
         LogLine(level) << where << e;
-    } catch (std::exception& e) {
+    } catch (std::exception &e) {
         LogLine(level) << where << e.what();
-    } catch (QObject& o) {
+    } catch (QObject &o) {
         LogLine(level) << where << o.metaObject()->className();
     } catch (...) {
         LogLine(level) << where;

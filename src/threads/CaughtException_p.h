@@ -14,7 +14,7 @@ namespace ko
  * "in worker thread <threadName>: ". Call it only inside a catch block; thread cancellation
  * passes through.
  */
-void logCaughtException(Log::ELevel level, const QString& threadName);
+void logCaughtException(Log::ELevel level, const QString &threadName);
 
 } // namespace ko
 

@@ -5,17 +5,17 @@ namespace ko
 
 IInterface::~IInterface() = default;
 
-IInterface* IInterface::getInterface(const std::string& name)
+IInterface *IInterface::getInterface(const std::string &name)
 {
     return name == ID() ? this : nullptr;
 }
 
-const IInterface* IInterface::getInterface(const std::string& name) const
+const IInterface *IInterface::getInterface(const std::string &name) const
 {
-    return const_cast<IInterface*>(this)->getInterface(name);
+    return const_cast<IInterface *>(this)->getInterface(name);
 }
 
-const std::string& IInterface::ID()
+const std::string &IInterface::ID()
 {
     static const std::string id("ko::IInterface");
     return id;

@@ -18,13 +18,14 @@ public:
     /** Destroys the object through any of its interfaces. */
     virtual ~IInterface();
 
-    /** This object when @p name is exactly "ko::IInterface", otherwise null; subclasses add names. */
-    virtual IInterface* getInterface(const std::string& name);
+    /** This object when @p name is exactly "ko::IInterface", otherwise null; subclasses add names.
+     */
+    virtual IInterface *getInterface(const std::string &name);
     /** The const form: calls the non-const getInterface() virtually, so overrides apply. */
-    virtual const IInterface* getInterface(const std::string& name) const;
+    virtual const IInterface *getInterface(const std::string &name) const;
 
     /** The interface's own name, "ko::IInterface". */
-    static const std::string& ID();
+    static const std::string &ID();
 };
 
 } // namespace ko

@@ -5,16 +5,14 @@ namespace ko
 
 IRunnable::IRunnable()
     : mAbortRequested(false)
-{
-}
+{ }
 
-IRunnable::IRunnable(const IRunnable& other)
+IRunnable::IRunnable(const IRunnable &other)
     : IInterface(other)
     , mAbortRequested(other.mAbortRequested.load())
-{
-}
+{ }
 
-IRunnable& IRunnable::operator=(const IRunnable& other)
+IRunnable &IRunnable::operator=(const IRunnable &other)
 {
     mAbortRequested.store(other.mAbortRequested.load());
     return *this;

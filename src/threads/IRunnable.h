@@ -25,17 +25,18 @@ public:
     /** A job whose abort flag is false. */
     IRunnable();
     /** Copies the other job's abort flag. */
-    IRunnable(const IRunnable& other);
+    IRunnable(const IRunnable &other);
     /** Copies the other job's abort flag. */
-    IRunnable& operator=(const IRunnable& other);
-    /** Runs when the last kom::smart handle goes: the caller's, the worker queue's or the running one's. */
+    IRunnable &operator=(const IRunnable &other);
+    /** Runs when the last kom::smart handle goes: the caller's, the worker queue's or the running
+     * one's. */
     ~IRunnable() override;
 
     /**
      * The work, run on a worker thread with the job's id and the worker's job timer (already
      * started; a QTime on Qt 5, a QElapsedTimer on Qt 6).
      */
-    virtual void run(int jobId, JobTimer& timer) = 0;
+    virtual void run(int jobId, JobTimer &timer) = 0;
 
     /**
      * True asks the worker to drop the queued job without running it; komQtThreadPool::schedule()

@@ -37,7 +37,7 @@ qint64 msecsBetween(qint64 fromNs, qint64 toNs)
     return std::max<qint64>(0, (toNs - fromNs) / 1000000);
 }
 
-WorkerActivity::WorkerActivity(const QString& name)
+WorkerActivity::WorkerActivity(const QString &name)
     : mName(name)
 { }
 
@@ -67,7 +67,7 @@ void WorkerActivity::finish()
     mStallReported.store(false, std::memory_order_relaxed);
 }
 
-bool WorkerActivity::running(RunningJob* job) const
+bool WorkerActivity::running(RunningJob *job) const
 {
     for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
         const quint64 run = mRuns.load(std::memory_order_acquire);
@@ -100,7 +100,7 @@ bool WorkerActivity::stallReported() const
     return mStallReported.load(std::memory_order_relaxed);
 }
 
-void WorkerActivity::reportStall(const RunningJob& job, qint64 nowNs)
+void WorkerActivity::reportStall(const RunningJob &job, qint64 nowNs)
 {
     QMutexLocker lock(&mStallMutex);
     mStallReported.store(true);
@@ -122,14 +122,14 @@ bool WorkerActivity::hasEnded() const
     return mEnded.load(std::memory_order_acquire);
 }
 
-void describeRunning(JobWorkerSnapshot* worker, const RunningJob& job, qint64 nowNs)
+void describeRunning(JobWorkerSnapshot *worker, const RunningJob &job, qint64 nowNs)
 {
     worker->runningJobId = job.jobId;
     worker->runningPriority = job.priority;
     worker->runningMs = msecsBetween(job.sinceNs, nowNs);
 }
 
-JobPoolActivity::JobPoolActivity(const QString& name, int max)
+JobPoolActivity::JobPoolActivity(const QString &name, int max)
     : maxThreads(max)
     , mName(name)
 { }
@@ -139,7 +139,7 @@ JobPoolActivity::~JobPoolActivity()
     setStallThreshold(0);
 }
 
-void JobPoolActivity::addWorker(const std::shared_ptr<WorkerActivity>& worker)
+void JobPoolActivity::addWorker(const std::shared_ptr<WorkerActivity> &worker)
 {
     QMutexLocker lock(&mWorkersMutex);
     prune_locked();
@@ -150,7 +150,7 @@ void JobPoolActivity::prune_locked()
 {
     // The counts of workers that have ended stay in the totals.
     const auto ended = std::stable_partition(mWorkers.begin(), mWorkers.end(),
-        [](const std::shared_ptr<WorkerActivity>& worker) { return !worker->hasEnded(); });
+        [](const std::shared_ptr<WorkerActivity> &worker) { return !worker->hasEnded(); });
     for (auto it = ended; it != mWorkers.end(); ++it) {
         mRetiredStarted += (*it)->started();
         mRetiredFinished += (*it)->finished();
@@ -165,24 +165,24 @@ QVector<std::shared_ptr<WorkerActivity>> JobPoolActivity::workers()
     return mWorkers;
 }
 
-void JobPoolActivity::describe(JobPoolSnapshot* snapshot)
+void JobPoolActivity::describe(JobPoolSnapshot *snapshot)
 {
     snapshot->name = mName;
     snapshot->maxThreads = maxThreads.load(std::memory_order_relaxed);
     snapshot->stallThresholdMs = stallThreshold();
-    JobPoolTotals& totals = snapshot->totals;
+    JobPoolTotals &totals = snapshot->totals;
     totals.scheduled = scheduled.load(std::memory_order_relaxed);
     totals.abortedWhileQueued = abortedWhileQueued.load(std::memory_order_relaxed);
     totals.reprioritised = reprioritised.load(std::memory_order_relaxed);
     QMutexLocker lock(&mWorkersMutex);
     prune_locked();
     const auto add = [](quint64 (WorkerActivity::*count)() const) {
-        return [count](quint64 sum, const std::shared_ptr<WorkerActivity>& worker) {
+        return [count](quint64 sum, const std::shared_ptr<WorkerActivity> &worker) {
             return sum + ((*worker).*count)();
         };
     };
-    totals.started
-        = std::accumulate(mWorkers.cbegin(), mWorkers.cend(), mRetiredStarted, add(&WorkerActivity::started));
+    totals.started = std::accumulate(
+        mWorkers.cbegin(), mWorkers.cend(), mRetiredStarted, add(&WorkerActivity::started));
     totals.finished = std::accumulate(
         mWorkers.cbegin(), mWorkers.cend(), mRetiredFinished, add(&WorkerActivity::finished));
 }
@@ -194,7 +194,7 @@ JobPoolSnapshot JobPoolActivity::snapshotWithoutLock(int lockWaitMs)
     snapshot.lockBusy = true;
     snapshot.lockWaitMs = lockWaitMs;
     const qint64 now = monotonicNsecs();
-    for (const std::shared_ptr<WorkerActivity>& activity : workers()) {
+    for (const std::shared_ptr<WorkerActivity> &activity : workers()) {
         JobWorkerSnapshot worker;
         worker.name = activity->name();
         worker.workLoad = -1;
@@ -256,7 +256,7 @@ qint64 JobPoolActivity::reportStalls(qint64 thresholdNs)
 {
     const qint64 now = monotonicNsecs();
     qint64 next = now + thresholdNs;
-    for (const std::shared_ptr<WorkerActivity>& worker : workers()) {
+    for (const std::shared_ptr<WorkerActivity> &worker : workers()) {
         RunningJob job;
         if (!worker->running(&job) || worker->stallReported())
             continue;

@@ -19,7 +19,8 @@ namespace ko
 /** The monotonic clock of the job pool's running times, queue ages and watchdog, in nanoseconds. */
 qint64 monotonicNsecs();
 
-/** Whole milliseconds from @p fromNs to @p toNs on the monotonic clock; 0 when @p toNs is earlier. */
+/** Whole milliseconds from @p fromNs to @p toNs on the monotonic clock; 0 when @p toNs is earlier.
+ */
 qint64 msecsBetween(qint64 fromNs, qint64 toNs);
 
 /** A worker's running job as read without a lock. */
@@ -46,16 +47,18 @@ class WorkerActivity
 {
 public:
     /** The activity of the worker named @p name. */
-    explicit WorkerActivity(const QString& name);
+    explicit WorkerActivity(const QString &name);
 
     /** The worker's name. */
-    const QString& name() const { return mName; }
+    const QString &name() const { return mName; }
     /** Called by the worker before a job runs; @p sinceNs is its start on the monotonic clock. */
     void start(int jobId, int priority, qint64 sinceNs);
-    /** Called by the worker after the job ended; writes the end line of a job reported as stalled. */
+    /** Called by the worker after the job ended; writes the end line of a job reported as stalled.
+     */
     void finish();
-    /** Reads the running job into @p job; false when none runs (or jobs change too fast to read one). */
-    bool running(RunningJob* job) const;
+    /** Reads the running job into @p job; false when none runs (or jobs change too fast to read
+     * one). */
+    bool running(RunningJob *job) const;
     /** Jobs started so far. */
     quint64 started() const;
     /** Jobs finished so far. */
@@ -63,8 +66,9 @@ public:
 
     /** True while the running job has been reported as stalled and its end line is due. */
     bool stallReported() const;
-    /** Watchdog: writes the stall line of @p job, seen at @p nowNs, unless it has ended meanwhile. */
-    void reportStall(const RunningJob& job, qint64 nowNs);
+    /** Watchdog: writes the stall line of @p job, seen at @p nowNs, unless it has ended meanwhile.
+     */
+    void reportStall(const RunningJob &job, qint64 nowNs);
 
     /** Called when the worker's loop has ended: it runs no more jobs. */
     void end();
@@ -94,12 +98,12 @@ class JobPoolActivity
 {
 public:
     /** The activity of the pool named @p name with at most @p maxThreads workers. */
-    JobPoolActivity(const QString& name, int maxThreads);
+    JobPoolActivity(const QString &name, int maxThreads);
     /** Stops the watchdog. */
     ~JobPoolActivity();
 
-    JobPoolActivity(const JobPoolActivity&) = delete;
-    JobPoolActivity& operator=(const JobPoolActivity&) = delete;
+    JobPoolActivity(const JobPoolActivity &) = delete;
+    JobPoolActivity &operator=(const JobPoolActivity &) = delete;
 
     /** Mirrors the pool's maximum. */
     std::atomic<int> maxThreads;
@@ -111,12 +115,12 @@ public:
     std::atomic<quint64> reprioritised { 0 };
 
     /** Adds a new worker's activity. */
-    void addWorker(const std::shared_ptr<WorkerActivity>& worker);
+    void addWorker(const std::shared_ptr<WorkerActivity> &worker);
     /** The workers whose loop has not ended, in creation order. */
     QVector<std::shared_ptr<WorkerActivity>> workers();
 
     /** Fills in the name, maximum, watchdog threshold and totals of @p snapshot. */
-    void describe(JobPoolSnapshot* snapshot);
+    void describe(JobPoolSnapshot *snapshot);
     /** The pool as seen without its lock, after waiting @p lockWaitMs for it in vain. */
     JobPoolSnapshot snapshotWithoutLock(int lockWaitMs);
 
@@ -141,12 +145,13 @@ private:
     QMutex mWatchMutex;
     QWaitCondition mWake;
     std::atomic<int> mThresholdMs { 0 };
-    quint64 mSettings = 0; // counts threshold changes, so that the watchdog sees one made while it looked
+    quint64 mSettings
+        = 0; // counts threshold changes, so that the watchdog sees one made while it looked
     bool mStopWatching = false;
 };
 
 /** Fills the running job of @p worker from @p job, seen at @p nowNs. */
-void describeRunning(JobWorkerSnapshot* worker, const RunningJob& job, qint64 nowNs);
+void describeRunning(JobWorkerSnapshot *worker, const RunningJob &job, qint64 nowNs);
 
 } // namespace ko
 

@@ -17,27 +17,28 @@ namespace
 struct Registry
 {
     QMutex mutex;
-    QVector<komQtThreadPool*> jobPools;
-    QVector<komQtSignalThreadPool*> signalPools;
+    QVector<komQtThreadPool *> jobPools;
+    QVector<komQtSignalThreadPool *> signalPools;
 };
 
 // Never destroyed: a process-wide pool may be deleted after the static objects are gone.
-Registry& registry()
+Registry &registry()
 {
-    static Registry* const instance = new Registry;
+    static Registry *const instance = new Registry;
     return *instance;
 }
 
 // Adds @p pool to the list @p pools of the registry, unless it, or a pool of its name, is there.
-template <class Pool> bool addTo(QVector<Pool*> Registry::*pools, Pool* pool)
+template <class Pool> bool addTo(QVector<Pool *> Registry::*pools, Pool *pool)
 {
     if (!pool)
         return false;
-    Registry& known = registry();
+    Registry &known = registry();
     QMutexLocker lock(&known.mutex);
-    QVector<Pool*>& list = known.*pools;
-    const auto taken
-        = [pool](const Pool* other) { return other == pool || other->objectName() == pool->objectName(); };
+    QVector<Pool *> &list = known.*pools;
+    const auto taken = [pool](const Pool *other) {
+        return other == pool || other->objectName() == pool->objectName();
+    };
     if (std::any_of(list.cbegin(), list.cend(), taken))
         return false;
     list.append(pool);
@@ -45,41 +46,41 @@ template <class Pool> bool addTo(QVector<Pool*> Registry::*pools, Pool* pool)
 }
 
 // Compared as QObject pointers: @p pool may be a pool of the other kind, or one being destroyed.
-template <class Pool> void removeFrom(QVector<Pool*>& pools, const QObject* pool)
+template <class Pool> void removeFrom(QVector<Pool *> &pools, const QObject *pool)
 {
-    pools.erase(
-        std::remove_if(pools.begin(), pools.end(), [pool](const QObject* known) { return known == pool; }),
+    pools.erase(std::remove_if(pools.begin(), pools.end(),
+                    [pool](const QObject *known) { return known == pool; }),
         pools.end());
 }
 
 // A snapshot of each pool of the list @p pools, under the registry's lock.
 template <class Snapshot, class Pool>
-QVector<Snapshot> snapshotsOf(QVector<Pool*> Registry::*pools, int lockTimeoutMs)
+QVector<Snapshot> snapshotsOf(QVector<Pool *> Registry::*pools, int lockTimeoutMs)
 {
-    Registry& known = registry();
+    Registry &known = registry();
     QMutexLocker lock(&known.mutex);
     QVector<Snapshot> snapshots;
     snapshots.reserve((known.*pools).size());
-    for (const Pool* pool : qAsConst(known.*pools))
+    for (const Pool *pool : qAsConst(known.*pools))
         snapshots.append(pool->snapshot(lockTimeoutMs));
     return snapshots;
 }
 
 } // namespace
 
-bool PoolRegistry::add(komQtThreadPool* pool)
+bool PoolRegistry::add(komQtThreadPool *pool)
 {
     return addTo(&Registry::jobPools, pool);
 }
 
-bool PoolRegistry::add(komQtSignalThreadPool* pool)
+bool PoolRegistry::add(komQtSignalThreadPool *pool)
 {
     return addTo(&Registry::signalPools, pool);
 }
 
-void PoolRegistry::remove(const QObject* pool)
+void PoolRegistry::remove(const QObject *pool)
 {
-    Registry& known = registry();
+    Registry &known = registry();
     QMutexLocker lock(&known.mutex);
     removeFrom(known.jobPools, pool);
     removeFrom(known.signalPools, pool);

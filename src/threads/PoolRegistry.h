@@ -27,11 +27,11 @@ public:
      * Makes @p pool known under its object name; false for a null pool, one known already, or
      * a name another known job pool has.
      */
-    static bool add(komQtThreadPool* pool);
+    static bool add(komQtThreadPool *pool);
     /** As add(komQtThreadPool*), for a signal thread pool. */
-    static bool add(komQtSignalThreadPool* pool);
+    static bool add(komQtSignalThreadPool *pool);
     /** Forgets @p pool; both pools' destructors call it first. Unknown pools are ignored. */
-    static void remove(const QObject* pool);
+    static void remove(const QObject *pool);
 
     /** A snapshot of every known job pool, in the order they became known; see
      * komQtThreadPool::snapshot(int). */

@@ -80,7 +80,8 @@ struct JobPoolSnapshot
     JobPoolTotals totals;
 };
 
-/** An object attached to a signal pool worker: its class and the object name it had when attached. */
+/** An object attached to a signal pool worker: its class and the object name it had when attached.
+ */
 struct AttachedObjectSnapshot
 {
     /** The class name from its meta-object. */

@@ -19,14 +19,15 @@ namespace ko
 namespace
 {
 
-komQtSignalThreadPool* gSignalPool = nullptr;
+komQtSignalThreadPool *gSignalPool = nullptr;
 
 // Refuses a null object given to attach: true, after one warning, when @p object is null.
-bool refusedNull(const QObject* object, const QObject* to)
+bool refusedNull(const QObject *object, const QObject *to)
 {
     if (object)
         return false;
-    LogLine(Log::Warning) << "attaching null object to " << to->objectName() << ". nothing attached.";
+    LogLine(Log::Warning) << "attaching null object to " << to->objectName()
+                          << ". nothing attached.";
     return true;
 }
 
@@ -41,7 +42,7 @@ struct komQtSignalWorkerThread::AttachedNames
     QVector<AttachedObjectSnapshot> entries;
 };
 
-komQtSignalWorkerThread::komQtSignalWorkerThread(const QString& name, QObject* parent)
+komQtSignalWorkerThread::komQtSignalWorkerThread(const QString &name, QObject *parent)
     : QThread(parent)
     , mMutex(std::make_unique<RecursionModeMutex>(RecursionModeMutex::Recursive))
     , mLoad(0)
@@ -69,7 +70,7 @@ void komQtSignalWorkerThread::removeAt_locked(int index)
     syncLoad_locked();
 }
 
-void komQtSignalWorkerThread::attach(QObject* object)
+void komQtSignalWorkerThread::attach(QObject *object)
 {
     // A null object is outside the contract: nothing to move or to watch.
     if (refusedNull(object, this))
@@ -85,11 +86,11 @@ void komQtSignalWorkerThread::attach(QObject* object)
         mNames->entries.append(names);
     }
     syncLoad_locked();
-    ko::connect(
-        object, SIGNAL(destroyed(QObject*)), this, SLOT(attachedDestroyed(QObject*)), Qt::AutoConnection);
+    ko::connect(object, SIGNAL(destroyed(QObject *)), this, SLOT(attachedDestroyed(QObject *)),
+        Qt::AutoConnection);
 }
 
-void komQtSignalWorkerThread::detach(QObject* object, QThread* target)
+void komQtSignalWorkerThread::detach(QObject *object, QThread *target)
 {
     QMutexLocker lock(mMutex.get());
     const int index = indexOf(object);
@@ -97,7 +98,7 @@ void komQtSignalWorkerThread::detach(QObject* object, QThread* target)
         detach(index, target);
 }
 
-void komQtSignalWorkerThread::detach(int index, QThread* target)
+void komQtSignalWorkerThread::detach(int index, QThread *target)
 {
     QMutexLocker lock(mMutex.get());
     QPointer<QObject> object;
@@ -109,7 +110,7 @@ void komQtSignalWorkerThread::detach(int index, QThread* target)
         return;
     // Its other entries are found by address: should the object be destroyed meanwhile (in its
     // own thread), the null entries that other destroyed objects left must stay.
-    const QObject* const address = object.data();
+    const QObject *const address = object.data();
     // Only the worker itself may give away an object that lives in it; from anywhere else the
     // object is just forgotten (and not even looked at, as its own thread may be deleting it).
     if (QThread::currentThread() == this && object->thread() == this) {
@@ -126,12 +127,12 @@ void komQtSignalWorkerThread::detach(int index, QThread* target)
     }
 }
 
-int komQtSignalWorkerThread::indexOf(QObject* object) const
+int komQtSignalWorkerThread::indexOf(QObject *object) const
 {
     QMutexLocker lock(mMutex.get());
     // Compared as addresses: @p object may be gone already (attachedDestroyed()).
     const auto found = std::find_if(mAttached.cbegin(), mAttached.cend(),
-        [object](const QPointer<QObject>& entry) { return entry.data() == object; });
+        [object](const QPointer<QObject> &entry) { return entry.data() == object; });
     return found == mAttached.cend() ? -1 : int(found - mAttached.cbegin());
 }
 
@@ -140,7 +141,7 @@ int komQtSignalWorkerThread::load() const
     return mLoad.load(std::memory_order_relaxed);
 }
 
-void komQtSignalWorkerThread::attachedDestroyed(QObject* object)
+void komQtSignalWorkerThread::attachedDestroyed(QObject *object)
 {
     QMutexLocker lock(mMutex.get());
     // Qt clears the guarded pointer before destroyed() arrives, so this rarely finds
@@ -177,7 +178,7 @@ void komQtSignalWorkerThread::run()
     mMutex.reset();
 }
 
-komQtSignalThreadPool::komQtSignalThreadPool(const QString& name, int maxThreads, QObject* parent)
+komQtSignalThreadPool::komQtSignalThreadPool(const QString &name, int maxThreads, QObject *parent)
     : QObject(parent)
     , mPriority(QThread::NormalPriority)
     , mMaxThreads(maxThreads)
@@ -196,7 +197,7 @@ komQtSignalThreadPool::~komQtSignalThreadPool()
         discardThread(mThreads.takeLast());
 }
 
-komQtSignalThreadPool* komQtSignalThreadPool::globalInstance()
+komQtSignalThreadPool *komQtSignalThreadPool::globalInstance()
 {
     if (!gSignalPool) {
         gSignalPool = new komQtSignalThreadPool(QStringLiteral("SignalThreadPool"), 4, nullptr);
@@ -226,16 +227,16 @@ void komQtSignalThreadPool::setPriority(QThread::Priority priority)
         return;
     QMutexLocker lock(mThreadsMutex.get());
     mPriority = priority;
-    for (komQtSignalWorkerThread* thread : qAsConst(mThreads))
+    for (komQtSignalWorkerThread *thread : qAsConst(mThreads))
         thread->setPriority(priority);
 }
 
-komQtSignalWorkerThread* komQtSignalThreadPool::allocateThread()
+komQtSignalWorkerThread *komQtSignalThreadPool::allocateThread()
 {
     QMutexLocker lock(mThreadsMutex.get());
     // Workers that have stopped are discarded and erased, in list order.
     mThreads.erase(std::remove_if(mThreads.begin(), mThreads.end(),
-                       [this](komQtSignalWorkerThread* thread) {
+                       [this](komQtSignalWorkerThread *thread) {
                            if (thread->isRunning())
                                return false;
                            discardThread(thread);
@@ -244,24 +245,25 @@ komQtSignalWorkerThread* komQtSignalThreadPool::allocateThread()
         mThreads.end());
     // The least loaded worker, the earliest on ties (loads are read without the workers' locks).
     const auto least = std::min_element(mThreads.cbegin(), mThreads.cend(),
-        [](const komQtSignalWorkerThread* a, const komQtSignalWorkerThread* b) {
+        [](const komQtSignalWorkerThread *a, const komQtSignalWorkerThread *b) {
             return a->load() < b->load();
         });
-    komQtSignalWorkerThread* const chosen = least == mThreads.cend() ? nullptr : *least;
+    komQtSignalWorkerThread *const chosen = least == mThreads.cend() ? nullptr : *least;
     if (chosen && chosen->load() == 0)
         return chosen;
     if (mMaxThreads > 0 && mThreads.size() >= mMaxThreads)
         return chosen;
     // Numbered from the current list length: a number may be given again after a discard.
-    auto* thread = new komQtSignalWorkerThread(
-        QStringLiteral("%1-Thread-%2").arg(objectName(), QString::number(mThreads.size() + 1)), this);
+    auto *thread = new komQtSignalWorkerThread(
+        QStringLiteral("%1-Thread-%2").arg(objectName(), QString::number(mThreads.size() + 1)),
+        this);
     thread->start(QThread::InheritPriority);
     thread->setPriority(mPriority);
     mThreads.append(thread);
     return thread;
 }
 
-void komQtSignalThreadPool::attachToThread(QObject* object)
+void komQtSignalThreadPool::attachToThread(QObject *object)
 {
     // A null object is outside the contract: no worker is made or chosen for it.
     if (refusedNull(object, this))
@@ -269,16 +271,16 @@ void komQtSignalThreadPool::attachToThread(QObject* object)
     allocateThread()->attach(object);
 }
 
-void komQtSignalThreadPool::detachFromThread(QObject* object, QThread* target)
+void komQtSignalThreadPool::detachFromThread(QObject *object, QThread *target)
 {
-    const QList<komQtSignalWorkerThread*> threads = mThreads;
-    for (komQtSignalWorkerThread* thread : threads)
+    const QList<komQtSignalWorkerThread *> threads = mThreads;
+    for (komQtSignalWorkerThread *thread : threads)
         thread->detach(object, target);
 }
 
-void komQtSignalThreadPool::discardThread(komQtSignalWorkerThread* thread)
+void komQtSignalThreadPool::discardThread(komQtSignalWorkerThread *thread)
 {
-    if (QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance(thread))
+    if (QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance(thread))
         compat::flush(dispatcher);
     thread->exit(0);
     if (!thread->wait(2000)) {
@@ -302,7 +304,7 @@ SignalPoolSnapshot komQtSignalThreadPool::snapshot(int lockTimeoutMs) const
     snapshot.maxThreads = mMaxThreads;
     snapshot.priority = mPriority;
     snapshot.workers.reserve(mThreads.size());
-    for (const komQtSignalWorkerThread* thread : mThreads)
+    for (const komQtSignalWorkerThread *thread : mThreads)
         snapshot.workers.append(thread->snapshot());
     return snapshot;
 }

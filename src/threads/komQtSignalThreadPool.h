@@ -31,24 +31,26 @@ class COREQT_EXPORT komQtSignalWorkerThread : public QThread
 
 public:
     /** A worker named @p name, child of @p parent; not started. */
-    explicit komQtSignalWorkerThread(const QString& name, QObject* parent = nullptr);
+    explicit komQtSignalWorkerThread(const QString &name, QObject *parent = nullptr);
     /** Destroys the worker; it must not be running. */
     ~komQtSignalWorkerThread() override;
 
     /**
      * Moves @p object into this thread and records it; call it from the thread that owns
-     * @p object. A null object is refused with a warning; an object attached twice gets two entries.
+     * @p object. A null object is refused with a warning; an object attached twice gets two
+     * entries.
      */
-    void attach(QObject* object);
+    void attach(QObject *object);
     /**
      * Forgets @p object. Only when called inside this thread for an object living
      * here is the object also moved to @p target (null leaves it without a thread).
      */
-    void detach(QObject* object, QThread* target = nullptr);
-    /** Forgets the object at @p index, moving it as detach(QObject*, QThread*) does; a bad index is ignored. */
-    void detach(int index, QThread* target = nullptr);
+    void detach(QObject *object, QThread *target = nullptr);
+    /** Forgets the object at @p index, moving it as detach(QObject*, QThread*) does; a bad index is
+     * ignored. */
+    void detach(int index, QThread *target = nullptr);
     /** Position of the first entry of @p object among the attached objects, or -1. */
-    int indexOf(QObject* object) const;
+    int indexOf(QObject *object) const;
     /** Number of attached entries, destroyed objects included; read without a lock. */
     int load() const;
     /**
@@ -63,12 +65,12 @@ protected Q_SLOTS:
      * guarded entry before the signal arrives, so the entry is rarely found and a destroyed object
      * stays as a null entry that keeps counting in load().
      */
-    void attachedDestroyed(QObject* object);
+    void attachedDestroyed(QObject *object);
 
 protected:
     /**
-     * Runs the event loop; anything escaping it is logged at level 4 and ends the thread, which then
-     * logs "<name> finished." at level 1.
+     * Runs the event loop; anything escaping it is logged at level 4 and ends the thread, which
+     * then logs "<name> finished." at level 1.
      */
     void run() override;
 
@@ -95,16 +97,17 @@ class COREQT_EXPORT komQtSignalThreadPool : public QObject
     Q_OBJECT
 
 public:
-    /** A pool named @p name creating at most @p maxThreads workers (0 or less: no limit); no thread yet. */
-    komQtSignalThreadPool(const QString& name, int maxThreads, QObject* parent = nullptr);
+    /** A pool named @p name creating at most @p maxThreads workers (0 or less: no limit); no thread
+     * yet. */
+    komQtSignalThreadPool(const QString &name, int maxThreads, QObject *parent = nullptr);
     /** Stops and deletes the workers, newest first. */
     ~komQtSignalThreadPool() override;
 
     /**
-     * The process-wide pool "SignalThreadPool" (4 threads, low priority), created on first call; like
-     * the rest of the pool, for the thread that owns it only.
+     * The process-wide pool "SignalThreadPool" (4 threads, low priority), created on first call;
+     * like the rest of the pool, for the thread that owns it only.
      */
-    static komQtSignalThreadPool* globalInstance();
+    static komQtSignalThreadPool *globalInstance();
     /** Deletes the process-wide pool; false when there was none. */
     static bool deleteGlobalInstance();
 
@@ -117,7 +120,7 @@ public:
     /** The priority given to the workers. */
     QThread::Priority priority() const { return mPriority; }
     /** The workers, in creation order. */
-    const QList<komQtSignalWorkerThread*>& threads() const { return mThreads; }
+    const QList<komQtSignalWorkerThread *> &threads() const { return mThreads; }
 
     /**
      * The worker that should take the next object: the first one with nothing attached, else a new
@@ -125,20 +128,21 @@ public:
      * discarded first. New workers are named "<pool>-Thread-<n>" with n one more than the number of
      * workers, so a name may be given again after a discard: names are labels, not identities.
      */
-    komQtSignalWorkerThread* allocateThread();
-    /** Attaches @p object to the worker chosen by allocateThread(); refuses a null one with a warning. */
-    void attachToThread(QObject* object);
+    komQtSignalWorkerThread *allocateThread();
+    /** Attaches @p object to the worker chosen by allocateThread(); refuses a null one with a
+     * warning. */
+    void attachToThread(QObject *object);
     /**
-     * Asks every worker to detach @p object, handing it to @p target. Called from any thread but the
-     * object's worker, this only forgets the object, which stays in its worker's thread.
+     * Asks every worker to detach @p object, handing it to @p target. Called from any thread but
+     * the object's worker, this only forgets the object, which stays in its worker's thread.
      */
-    void detachFromThread(QObject* object, QThread* target = nullptr);
+    void detachFromThread(QObject *object, QThread *target = nullptr);
     /**
-     * Ends one worker's event loop, waits up to 2000 ms and deletes it; the list is the caller's business.
-     * A worker that does not end in time is left alive, as a child of the pool, after the level-2 line
-     * "Thread not properly deleted".
+     * Ends one worker's event loop, waits up to 2000 ms and deletes it; the list is the caller's
+     * business. A worker that does not end in time is left alive, as a child of the pool, after the
+     * level-2 line "Thread not properly deleted".
      */
-    void discardThread(komQtSignalWorkerThread* thread);
+    void discardThread(komQtSignalWorkerThread *thread);
 
     /**
      * The pool at this moment, from any thread: its workers with their attached objects. Waits at
@@ -150,7 +154,7 @@ public:
 private:
     Q_DISABLE_COPY(komQtSignalThreadPool)
     QThread::Priority mPriority;
-    QList<komQtSignalWorkerThread*> mThreads;
+    QList<komQtSignalWorkerThread *> mThreads;
     int mMaxThreads;
     std::unique_ptr<QMutex> mThreadsMutex; // guards the members above against snapshot()
 };

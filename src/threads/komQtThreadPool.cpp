@@ -20,7 +20,7 @@ namespace ko
 {
 
 std::atomic<int> komQtThreadPool::gJobSequence(1);
-std::atomic<komQtThreadPool*> komQtThreadPool::gInstance(nullptr);
+std::atomic<komQtThreadPool *> komQtThreadPool::gInstance(nullptr);
 
 namespace
 {
@@ -28,7 +28,7 @@ namespace
 // Ends a waiting caller's loop with @p code. A loop of the current thread is ended at once; a
 // loop of another thread gets the call queued to it, so that it is not lost when that loop has
 // not started to run yet.
-void exitLoop(QEventLoop* loop, int code)
+void exitLoop(QEventLoop *loop, int code)
 {
     if (loop->thread() == QThread::currentThread())
         loop->exit(code);
@@ -38,14 +38,14 @@ void exitLoop(QEventLoop* loop, int code)
 }
 
 // True when @p query is true for one of @p threads, asked in list order up to the first yes.
-template <class Query> bool anyOf(const QList<komQtWorkerThread*>& threads, Query query)
+template <class Query> bool anyOf(const QList<komQtWorkerThread *> &threads, Query query)
 {
     return std::any_of(threads.cbegin(), threads.cend(), query);
 }
 
 } // namespace
 
-komQtThreadPool::komQtThreadPool(const QString& name, int maxThreads, QObject* parent)
+komQtThreadPool::komQtThreadPool(const QString &name, int maxThreads, QObject *parent)
     : QObject(parent)
     , mLock(std::make_unique<komQtLock>(komQtLock::Recursive))
     , mMaxThreads(maxThreads)
@@ -62,10 +62,10 @@ komQtThreadPool::~komQtThreadPool()
     PoolRegistry::remove(this); // before anything goes: a snapshot may be under way
     {
         QMutexLocker locker(mLock.get());
-        komQtThreadPool* self = this;
+        komQtThreadPool *self = this;
         gInstance.compare_exchange_strong(self, nullptr);
-        const QList<komQtWorkerThread*> busyThreads = mBusyThreads;
-        for (komQtWorkerThread* thread : busyThreads)
+        const QList<komQtWorkerThread *> busyThreads = mBusyThreads;
+        for (komQtWorkerThread *thread : busyThreads)
             thread->shutDown();
         // Each worker leaves its list before discardThread() sees it, so it is not shut down a
         // second time, and idle workers stay parked: kept in this order on purpose.
@@ -76,12 +76,13 @@ komQtThreadPool::~komQtThreadPool()
     }
 }
 
-komQtThreadPool* komQtThreadPool::globalInstance()
+komQtThreadPool *komQtThreadPool::globalInstance()
 {
-    komQtThreadPool* instance = gInstance.load();
+    komQtThreadPool *instance = gInstance.load();
     if (instance)
         return instance;
-    auto* created = new komQtThreadPool(QStringLiteral("ThreadPool"), QThread::idealThreadCount(), nullptr);
+    auto *created
+        = new komQtThreadPool(QStringLiteral("ThreadPool"), QThread::idealThreadCount(), nullptr);
     if (gInstance.compare_exchange_strong(instance, created)) {
         PoolRegistry::add(created);
         return created;
@@ -92,7 +93,7 @@ komQtThreadPool* komQtThreadPool::globalInstance()
 
 bool komQtThreadPool::deleteGlobalInstance()
 {
-    komQtThreadPool* instance = gInstance.load();
+    komQtThreadPool *instance = gInstance.load();
     if (!instance)
         return false;
     delete instance;
@@ -116,13 +117,14 @@ int komQtThreadPool::schedule(kom::smart<IRunnable> job, SchedulePriority priori
     if (jobId < 0)
         jobId = newJobId();
     job->mAbortRequested = false;
-    komQtWorkerThread* thread = allocateIdleThread();
+    komQtWorkerThread *thread = allocateIdleThread();
     if (!thread)
         thread = allocateBusyThread();
     if (!thread) {
         // Only when no worker thread could be started and none runs: the job cannot be queued.
         job->mAbortRequested = true;
-        LogLine(Log::Error) << "QtThreadPool: no worker thread could be started; job " << jobId << " aborted";
+        LogLine(Log::Error) << "QtThreadPool: no worker thread could be started; job " << jobId
+                            << " aborted";
         return jobId;
     }
     thread->schedule(jobId, job, priority);
@@ -130,11 +132,11 @@ int komQtThreadPool::schedule(kom::smart<IRunnable> job, SchedulePriority priori
     return jobId;
 }
 
-komQtWorkerThread* komQtThreadPool::allocateIdleThread()
+komQtWorkerThread *komQtThreadPool::allocateIdleThread()
 {
     QMutexLocker locker(mLock.get());
     const bool wasIdle = isIdle();
-    komQtWorkerThread* thread;
+    komQtWorkerThread *thread;
     if (mIdleThreads.isEmpty()) {
         const int count = countThreads();
         if (mMaxThreads > 0 && count >= mMaxThreads)
@@ -152,11 +154,12 @@ komQtWorkerThread* komQtThreadPool::allocateIdleThread()
         // Moved to the pool's thread, which deletes it when it ends, also when it was created
         // by a caller in another thread.
         thread->moveToThread(QObject::thread());
-        ko::connect(thread, SIGNAL(jobStarted(int)), this, SIGNAL(jobStarted(int)), Qt::AutoConnection);
         ko::connect(
-            thread, SIGNAL(jobFinished(int, int)), this, SIGNAL(jobFinished(int, int)), Qt::AutoConnection);
-        ko::connect(
-            thread, SIGNAL(jobFinished(int, int)), this, SLOT(reclaimThread(int, int)), Qt::AutoConnection);
+            thread, SIGNAL(jobStarted(int)), this, SIGNAL(jobStarted(int)), Qt::AutoConnection);
+        ko::connect(thread, SIGNAL(jobFinished(int, int)), this, SIGNAL(jobFinished(int, int)),
+            Qt::AutoConnection);
+        ko::connect(thread, SIGNAL(jobFinished(int, int)), this, SLOT(reclaimThread(int, int)),
+            Qt::AutoConnection);
         // Qt 5 has no terminated() signal to connect.
         ko::connect(thread, SIGNAL(finished()), this, SLOT(discardThread()), Qt::AutoConnection);
         ko::connect(thread, SIGNAL(destroyed()), this, SLOT(discardThread()), Qt::AutoConnection);
@@ -173,13 +176,13 @@ komQtWorkerThread* komQtThreadPool::allocateIdleThread()
     return thread;
 }
 
-komQtWorkerThread* komQtThreadPool::allocateBusyThread()
+komQtWorkerThread *komQtThreadPool::allocateBusyThread()
 {
     QMutexLocker locker(mLock.get());
-    komQtWorkerThread* best = nullptr;
+    komQtWorkerThread *best = nullptr;
     int bestLoad = 0;
     // One pass that reads each load once: a load is taken under the worker's queue lock.
-    for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
+    for (komQtWorkerThread *thread : qAsConst(mBusyThreads)) {
         const int load = thread->workLoad();
         if (!best || load < bestLoad) {
             best = thread;
@@ -189,14 +192,14 @@ komQtWorkerThread* komQtThreadPool::allocateBusyThread()
     return best;
 }
 
-komQtWorkerThread* komQtThreadPool::workerFromSender() const
+komQtWorkerThread *komQtThreadPool::workerFromSender() const
 {
     // The sender is matched against the pool's own workers before it is looked at: a worker's
     // finished() can arrive after the worker has deleted itself, and a worker in neither list
     // is no longer the pool's business.
-    const QObject* object = sender();
-    const auto isSender = [object](const komQtWorkerThread* thread) { return thread == object; };
-    for (const QList<komQtWorkerThread*>* list : { &mBusyThreads, &mIdleThreads }) {
+    const QObject *object = sender();
+    const auto isSender = [object](const komQtWorkerThread *thread) { return thread == object; };
+    for (const QList<komQtWorkerThread *> *list : { &mBusyThreads, &mIdleThreads }) {
         const auto found = std::find_if(list->cbegin(), list->cend(), isSender);
         if (found != list->cend())
             return *found;
@@ -204,10 +207,10 @@ komQtWorkerThread* komQtThreadPool::workerFromSender() const
     return nullptr;
 }
 
-void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThread* thread)
+void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThread *thread)
 {
     if (!thread) {
-        thread = qobject_cast<komQtWorkerThread*>(sender());
+        thread = qobject_cast<komQtWorkerThread *>(sender());
         if (!thread)
             return;
     }
@@ -221,7 +224,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
             mIdleThreads.append(thread);
         // Every wait for this job and every wait for all jobs, whatever its thread or depth.
         for (int key : { jobId, 0 }) {
-            for (QEventLoop* loop : mEventLoops.values(key))
+            for (QEventLoop *loop : mEventLoops.values(key))
                 exitLoop(loop, jobId);
         }
         if (!wasIdle && !mIdleThreads.isEmpty()) {
@@ -233,7 +236,7 @@ void komQtThreadPool::reclaimThread(int jobId, int elapsedTime, komQtWorkerThrea
     Q_EMIT jobFinished(jobId, elapsedTime);
 }
 
-void komQtThreadPool::discardThread(komQtWorkerThread* thread)
+void komQtThreadPool::discardThread(komQtWorkerThread *thread)
 {
     QMutexLocker locker(mLock.get());
     bool beingDestroyed = false;
@@ -241,7 +244,8 @@ void komQtThreadPool::discardThread(komQtWorkerThread* thread)
         thread = workerFromSender();
         if (!thread)
             return;
-        static const int destroyedSignal = QObject::staticMetaObject.indexOfSignal("destroyed(QObject*)");
+        static const int destroyedSignal
+            = QObject::staticMetaObject.indexOfSignal("destroyed(QObject*)");
         beingDestroyed = senderSignalIndex() == destroyedSignal;
     }
     const bool wasIdle = isIdle();
@@ -275,17 +279,17 @@ void komQtThreadPool::setMaxThreads(int maxThreads)
 bool komQtThreadPool::changePriority(int jobId, SchedulePriority priority)
 {
     QMutexLocker locker(mLock.get());
-    const bool moved = anyOf(
-        mBusyThreads, [=](komQtWorkerThread* thread) { return thread->changePriority(jobId, priority); });
+    const bool moved = anyOf(mBusyThreads,
+        [=](komQtWorkerThread *thread) { return thread->changePriority(jobId, priority); });
     if (moved)
         mActivity->reprioritised.fetch_add(1, std::memory_order_relaxed);
     return moved;
 }
 
-void komQtThreadPool::requestAbort(QSet<int>& jobIds)
+void komQtThreadPool::requestAbort(QSet<int> &jobIds)
 {
     QMutexLocker locker(mLock.get());
-    for (komQtWorkerThread* thread : qAsConst(mBusyThreads)) {
+    for (komQtWorkerThread *thread : qAsConst(mBusyThreads)) {
         // An id leaves the set at the first worker that does not hold it, before later workers
         // see it: callers rely on this rule as it stands.
         for (auto it = jobIds.begin(); it != jobIds.end();) {
@@ -319,7 +323,7 @@ bool komQtThreadPool::isIdle() const
     return !mIdleThreads.isEmpty();
 }
 
-const QTime& komQtThreadPool::isIdleSince() const
+const QTime &komQtThreadPool::isIdleSince() const
 {
     return mIdleSince;
 }
@@ -327,20 +331,22 @@ const QTime& komQtThreadPool::isIdleSince() const
 bool komQtThreadPool::isRunning(int jobId) const
 {
     QMutexLocker locker(mLock.get());
-    return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isRunning(jobId); });
+    return anyOf(
+        mBusyThreads, [jobId](komQtWorkerThread *thread) { return thread->isRunning(jobId); });
 }
 
 bool komQtThreadPool::isScheduled(int jobId) const
 {
     QMutexLocker locker(mLock.get());
-    return anyOf(mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduled(jobId); });
+    return anyOf(
+        mBusyThreads, [jobId](komQtWorkerThread *thread) { return thread->isScheduled(jobId); });
 }
 
 bool komQtThreadPool::isScheduledOrRunning(int jobId) const
 {
     QMutexLocker locker(mLock.get());
-    return anyOf(
-        mBusyThreads, [jobId](komQtWorkerThread* thread) { return thread->isScheduledOrRunning(jobId); });
+    return anyOf(mBusyThreads,
+        [jobId](komQtWorkerThread *thread) { return thread->isScheduledOrRunning(jobId); });
 }
 
 bool komQtThreadPool::isFinished(int jobId) const
@@ -351,7 +357,7 @@ bool komQtThreadPool::isFinished(int jobId) const
     return !isScheduledOrRunning(jobId);
 }
 
-void komQtThreadPool::setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long timeout)
+void komQtThreadPool::setupEventLoopTimer(QEventLoop &loop, QTimer &timer, long timeout)
 {
     if (timeout < 0)
         return;
@@ -450,21 +456,23 @@ JobPoolSnapshot komQtThreadPool::snapshot_locked() const
     mActivity->describe(&snapshot);
     snapshot.idle = !mIdleThreads.isEmpty();
     if (snapshot.idle && mIdleSince.isValid()) {
-        // Milliseconds since the time of day the pool went idle, over midnight as QTime::elapsed() counts.
+        // Milliseconds since the time of day the pool went idle, over midnight as QTime::elapsed()
+        // counts.
         const int msecsPerDay = 86400000;
-        snapshot.idleSinceMs = (mIdleSince.msecsTo(QTime::currentTime()) + msecsPerDay) % msecsPerDay;
+        snapshot.idleSinceMs
+            = (mIdleSince.msecsTo(QTime::currentTime()) + msecsPerDay) % msecsPerDay;
     } else {
         snapshot.idleSinceMs = -1;
     }
-    for (const QList<komQtWorkerThread*>* list : { &mIdleThreads, &mBusyThreads }) {
-        for (const komQtWorkerThread* thread : *list) {
+    for (const QList<komQtWorkerThread *> *list : { &mIdleThreads, &mBusyThreads }) {
+        for (const komQtWorkerThread *thread : *list) {
             snapshot.workers.append(thread->snapshot());
             snapshot.workers.last().busy = list == &mBusyThreads;
         }
     }
     // In the order of their numbers, whichever list they are in, so that rows stay in place.
     std::stable_sort(snapshot.workers.begin(), snapshot.workers.end(),
-        [](const JobWorkerSnapshot& a, const JobWorkerSnapshot& b) {
+        [](const JobWorkerSnapshot &a, const JobWorkerSnapshot &b) {
             return a.name.size() != b.name.size() ? a.name.size() < b.name.size() : a.name < b.name;
         });
     return snapshot;

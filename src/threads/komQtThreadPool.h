@@ -71,27 +71,29 @@ public:
         /** The bits that hold the priority. */
         SchedulePriorityMask = 0x7ff,
         /**
-         * Asks for LIFO order among jobs of equal priority. Kept as it always was: queues keep arrival
-         * order (see komQtWorkerThread::insertIndexOf()), so it changes nothing in practice.
+         * Asks for LIFO order among jobs of equal priority. Kept as it always was: queues keep
+         * arrival order (see komQtWorkerThread::insertIndexOf()), so it changes nothing in
+         * practice.
          */
         ScheduleLifo = 0x800
     };
 
     /**
-     * A pool named @p name with at most @p maxThreads workers (0 or less: no limit). Kept as it always
-     * was: it emits idle() before anyone can connect to it, although isIdle() stays false until a first
-     * job has ended.
+     * A pool named @p name with at most @p maxThreads workers (0 or less: no limit). Kept as it
+     * always was: it emits idle() before anyone can connect to it, although isIdle() stays false
+     * until a first job has ended.
      */
-    komQtThreadPool(const QString& name, int maxThreads, QObject* parent = nullptr);
+    komQtThreadPool(const QString &name, int maxThreads, QObject *parent = nullptr);
     /**
      * Shuts down the busy workers, which finish their job in hand, drop their queues and delete
-     * themselves. Kept as it always was: idle workers are not shut down and stay parked, with any jobs
-     * still in their queues, until the process ends.
+     * themselves. Kept as it always was: idle workers are not shut down and stay parked, with any
+     * jobs still in their queues, until the process ends.
      */
     ~komQtThreadPool() override;
 
-    /** The process-wide pool "ThreadPool" with QThread::idealThreadCount() workers, created on first use. */
-    static komQtThreadPool* globalInstance();
+    /** The process-wide pool "ThreadPool" with QThread::idealThreadCount() workers, created on
+     * first use. */
+    static komQtThreadPool *globalInstance();
     /** Deletes the process-wide pool; false when there is none. */
     static bool deleteGlobalInstance();
 
@@ -99,23 +101,24 @@ public:
     int newJobId();
 
     /**
-     * Clears the abort flag of @p job and queues it with @p priority under @p jobId (a negative id draws
-     * a new one) on the most recently freed worker, a new one, or the least-loaded busy one; returns
-     * the id.
-     * A caller's own id is used as given: a clash with an issued id is not detected.
-     * A null job is refused (-1). When no worker thread can be started and none is
+     * Clears the abort flag of @p job and queues it with @p priority under @p jobId (a negative id
+     * draws a new one) on the most recently freed worker, a new one, or the least-loaded busy one;
+     * returns the id. A caller's own id is used as given: a clash with an issued id is not
+     * detected. A null job is refused (-1). When no worker thread can be started and none is
      * running, the job is flagged as aborted and its id returned.
      */
-    virtual int schedule(
-        kom::smart<IRunnable> job, SchedulePriority priority = ScheduleNormalPriority, int jobId = -1);
+    virtual int schedule(kom::smart<IRunnable> job,
+        SchedulePriority priority = ScheduleNormalPriority, int jobId = -1);
     /**
-     * Moves the queued job @p jobId of a busy worker as komQtWorkerThread::changePriority() does (to the
-     * back of its queue, keeping its old priority); true when some busy worker had it queued.
+     * Moves the queued job @p jobId of a busy worker as komQtWorkerThread::changePriority() does
+     * (to the back of its queue, keeping its old priority); true when some busy worker had it
+     * queued.
      */
     virtual bool changePriority(int jobId, SchedulePriority priority);
     /**
-     * Sets the maximum number of workers and discards idle workers above it; busy ones stay. Kept as it
-     * always was: a maximum of 0 or less means no limit for new workers, yet discards every idle worker.
+     * Sets the maximum number of workers and discards idle workers above it; busy ones stay. Kept
+     * as it always was: a maximum of 0 or less means no limit for new workers, yet discards every
+     * idle worker.
      */
     virtual void setMaxThreads(int maxThreads);
 
@@ -128,7 +131,7 @@ public:
      * waitForAllFinished(-1) waits that long: wait on the id of the last job that is
      * not aborted, or count jobFinished(), instead.
      */
-    void requestAbort(QSet<int>& jobIds);
+    void requestAbort(QSet<int> &jobIds);
 
     /** Number of workers, idle and busy; a worker being discarded no longer counts. */
     int countThreads() const;
@@ -137,26 +140,28 @@ public:
     /** True when at least one worker is free for a new job. */
     bool isIdle() const;
     /** When the pool last became idle; invalid while it is busy. Read without locking. */
-    const QTime& isIdleSince() const;
+    const QTime &isIdleSince() const;
     /** True when a busy worker runs @p jobId (busy workers only, see the class). */
     bool isRunning(int jobId) const;
-    /** True when a busy worker has @p jobId queued and not aborted (busy workers only, see the class). */
+    /** True when a busy worker has @p jobId queued and not aborted (busy workers only, see the
+     * class). */
     bool isScheduled(int jobId) const;
     /** True when a busy worker runs or queues @p jobId (busy workers only, see the class). */
     bool isScheduledOrRunning(int jobId) const;
     /**
-     * True when @p jobId was issued and no busy worker runs or queues it (busy workers only, see the
-     * class); false for an id not issued yet.
+     * True when @p jobId was issued and no busy worker runs or queues it (busy workers only, see
+     * the class); false for an id not issued yet.
      */
     bool isFinished(int jobId) const;
 
-    /** For a non-negative @p timeout (ms), makes @p timer a precise single shot that quits @p loop. */
-    void setupEventLoopTimer(QEventLoop& loop, QTimer& timer, long timeout);
+    /** For a non-negative @p timeout (ms), makes @p timer a precise single shot that quits @p loop.
+     */
+    void setupEventLoopTimer(QEventLoop &loop, QTimer &timer, long timeout);
     /**
      * Waits in a nested event loop until @p jobId ends (true) or @p timeout ms (-1: no limit)
      * pass (false). For an id that no busy worker holds it returns at once: true when the id was
-     * issued, false otherwise. A worker back in the idle list hides the jobs still in its queue: for
-     * those this returns true at once. A job aborted while it is waited for sends no end
+     * issued, false otherwise. A worker back in the idle list hides the jobs still in its queue:
+     * for those this returns true at once. A job aborted while it is waited for sends no end
      * signal, so the wait runs to its limit. To wait for a batch, wait on the id of its
      * last job (scheduled last, not aborted), or count jobFinished().
      * Kept as it always was: an unexpected end of the loop logs "Unexpected loop termination" at
@@ -169,9 +174,9 @@ public:
      * when the last worker came free just as the time ran out). A worker back in the idle list
      * hides the jobs still in its queue, so this can return before they ran; a worker whose jobs
      * were all aborted stays busy until it is given another job, so with -1 this can wait forever.
-     * Wait on the id of the last job (scheduled last, not aborted), or count jobFinished(), instead.
-     * Kept as it always was: an unexpected end of the loop logs "Unexpected loop termination" at
-     * level 2 here, at level 3 in waitForFinished().
+     * Wait on the id of the last job (scheduled last, not aborted), or count jobFinished(),
+     * instead. Kept as it always was: an unexpected end of the loop logs "Unexpected loop
+     * termination" at level 2 here, at level 3 in waitForFinished().
      */
     bool waitForAllFinished(long timeout = -1);
 
@@ -201,61 +206,64 @@ Q_SIGNALS:
     /** A job started on a worker; relayed from the worker's thread. */
     void jobStarted(int jobId);
     /**
-     * A job ended after @p elapsedTime ms. Kept as it always was: emitted twice per job, relayed from the
-     * worker and again by reclaimThread(); listeners that count jobs count every second one.
+     * A job ended after @p elapsedTime ms. Kept as it always was: emitted twice per job, relayed
+     * from the worker and again by reclaimThread(); listeners that count jobs count every second
+     * one.
      */
     void jobFinished(int jobId, int elapsedTime);
-    /** The pool has a free worker again (emitted by reclaimThread() and, once, by the constructor). */
+    /** The pool has a free worker again (emitted by reclaimThread() and, once, by the constructor).
+     */
     void idle();
     /** The last free worker was taken; a newly created worker never causes it. */
     void busy();
 
 public Q_SLOTS:
     /**
-     * Takes the most recently freed worker, or creates one below the maximum, and makes it busy; null
-     * otherwise, and also when a new worker's thread cannot start. A new worker is named "<pool>-Thread-<n>",
-     * moved to the pool's thread (which deletes it when it ends) and counted in a level-1 log line
-     * "QtThreadPool: count worker threads: <n>".
+     * Takes the most recently freed worker, or creates one below the maximum, and makes it busy;
+     * null otherwise, and also when a new worker's thread cannot start. A new worker is named
+     * "<pool>-Thread-<n>", moved to the pool's thread (which deletes it when it ends) and counted
+     * in a level-1 log line "QtThreadPool: count worker threads: <n>".
      */
-    komQtWorkerThread* allocateIdleThread();
-    /** The busy worker with the smallest work load (the earliest on ties); null when none is busy. */
-    komQtWorkerThread* allocateBusyThread();
+    komQtWorkerThread *allocateIdleThread();
+    /** The busy worker with the smallest work load (the earliest on ties); null when none is busy.
+     */
+    komQtWorkerThread *allocateBusyThread();
     /**
-     * Returns a worker (by default the sender) to the idle list after @p jobId ended, ends the waits on
-     * that job and on all jobs, and emits jobFinished() a second time (see there). A worker that was
-     * discarded meanwhile is not taken back.
+     * Returns a worker (by default the sender) to the idle list after @p jobId ended, ends the
+     * waits on that job and on all jobs, and emits jobFinished() a second time (see there). A
+     * worker that was discarded meanwhile is not taken back.
      */
-    void reclaimThread(int jobId, int elapsedTime = 0, komQtWorkerThread* thread = nullptr);
+    void reclaimThread(int jobId, int elapsedTime = 0, komQtWorkerThread *thread = nullptr);
     /**
      * Takes a worker (by default the sender) out of the pool and shuts it down; a worker in neither
      * list is left alone. It never emits idle(), as it only shrinks the idle list.
      */
-    void discardThread(komQtWorkerThread* thread = nullptr);
+    void discardThread(komQtWorkerThread *thread = nullptr);
 
 protected:
     /** Recursive; guards every member below. */
     std::unique_ptr<komQtLock> mLock;
     /** Workers free for a new job. */
-    QList<komQtWorkerThread*> mIdleThreads;
+    QList<komQtWorkerThread *> mIdleThreads;
     /** Workers handed a job whose end has not been reported. */
-    QList<komQtWorkerThread*> mBusyThreads;
+    QList<komQtWorkerThread *> mBusyThreads;
     /** Maximum number of workers; 0 or less: no limit. */
     int mMaxThreads;
     /**
      * The loops of waiting callers by job id, 0 for callers of waitForAllFinished();
      * each wait, in any thread and at any depth, has an entry of its own.
      */
-    QMultiMap<int, QEventLoop*> mEventLoops;
+    QMultiMap<int, QEventLoop *> mEventLoops;
     /** Started when the pool becomes idle, invalid while busy. */
     QTime mIdleSince;
 
     /** The next job id, shared by all pools. */
     static std::atomic<int> gJobSequence;
     /** The process-wide pool, or null. */
-    static std::atomic<komQtThreadPool*> gInstance;
+    static std::atomic<komQtThreadPool *> gInstance;
 
 private:
-    komQtWorkerThread* workerFromSender() const;
+    komQtWorkerThread *workerFromSender() const;
     JobPoolSnapshot snapshot_locked() const;
 
     std::unique_ptr<JobPoolActivity> mActivity; // read without the lock

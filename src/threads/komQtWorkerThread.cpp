@@ -35,11 +35,12 @@ komQtWorkerThread::SchedulePriority masked(int priority)
 class JobPriority
 {
 public:
-    void apply(QThread* thread, int priority)
+    void apply(QThread *thread, int priority)
     {
-        // InheritPriority is passed on every time: Qt refuses it with a warning and keeps the priority.
-        if (priority == mPriority && priority != QThread::InheritPriority && thread->priority() == priority
-            && scheduling() == mScheduling)
+        // InheritPriority is passed on every time: Qt refuses it with a warning and keeps the
+        // priority.
+        if (priority == mPriority && priority != QThread::InheritPriority
+            && thread->priority() == priority && scheduling() == mScheduling)
             return;
         thread->setPriority(QThread::Priority(priority));
         mPriority = priority;
@@ -66,14 +67,14 @@ komQtWorkerThread::JobEntry::JobEntry()
     clear();
 }
 
-komQtWorkerThread::JobEntry::JobEntry(int id, const kom::smart<IRunnable>& job, SchedulePriority prio)
+komQtWorkerThread::JobEntry::JobEntry(
+    int id, const kom::smart<IRunnable> &job, SchedulePriority prio)
     : jobId(id)
     , runnable(job)
     , priority(masked(prio))
     , lifo((prio & komQtThreadPool::ScheduleLifo) != 0)
     , queuedNs(monotonicNsecs())
-{
-}
+{ }
 
 void komQtWorkerThread::JobEntry::clear()
 {
@@ -85,7 +86,7 @@ void komQtWorkerThread::JobEntry::clear()
     queuedNs = 0;
 }
 
-komQtWorkerThread::komQtWorkerThread(const QString& name, QObject* parent)
+komQtWorkerThread::komQtWorkerThread(const QString &name, QObject *parent)
     : QThread(parent)
     , mWaitCondition(new QWaitCondition)
     , mWaitMutex(new QMutex)
@@ -117,14 +118,14 @@ komQtWorkerThread::~komQtWorkerThread()
     mActivity->end(); // also for a worker whose loop never ran
 }
 
-bool komQtWorkerThread::lessThanByFifoPriority(const JobEntry& a, const JobEntry& b)
+bool komQtWorkerThread::lessThanByFifoPriority(const JobEntry &a, const JobEntry &b)
 {
     if (a.priority != b.priority)
         return int(a.priority) > int(b.priority);
     return a.jobId < b.jobId;
 }
 
-bool komQtWorkerThread::lessThanByLifoPriority(const JobEntry& a, const JobEntry& b)
+bool komQtWorkerThread::lessThanByLifoPriority(const JobEntry &a, const JobEntry &b)
 {
     if (a.priority != b.priority)
         return int(a.priority) > int(b.priority);
@@ -149,15 +150,16 @@ int komQtWorkerThread::insertIndexOf(SchedulePriority priority) const
 
 int komQtWorkerThread::indexOf(int jobId) const
 {
-    const auto found = std::find_if(
-        mJobs.cbegin(), mJobs.cend(), [jobId](const JobEntry& entry) { return entry.jobId == jobId; });
+    const auto found = std::find_if(mJobs.cbegin(), mJobs.cend(),
+        [jobId](const JobEntry &entry) { return entry.jobId == jobId; });
     return found == mJobs.cend() ? -1 : int(found - mJobs.cbegin());
 }
 
-void komQtWorkerThread::schedule(int jobId, kom::smart<IRunnable> runnable, SchedulePriority priority)
+void komQtWorkerThread::schedule(
+    int jobId, kom::smart<IRunnable> runnable, SchedulePriority priority)
 {
     const JobEntry entry(jobId, runnable, priority);
-    if (QObject* object = dynamic_cast<QObject*>(runnable.get()))
+    if (QObject *object = dynamic_cast<QObject *>(runnable.get()))
         object->moveToThread(this);
     bool wake;
     {
@@ -274,8 +276,8 @@ JobWorkerSnapshot komQtWorkerThread::snapshot() const
             describeRunning(&worker, job, now);
     }
     worker.queue.reserve(mJobs.count());
-    std::transform(
-        mJobs.cbegin(), mJobs.cend(), std::back_inserter(worker.queue), [now](const JobEntry& entry) {
+    std::transform(mJobs.cbegin(), mJobs.cend(), std::back_inserter(worker.queue),
+        [now](const JobEntry &entry) {
             return QueuedJobSnapshot { entry.jobId, int(entry.priority), entry.lifo,
                 msecsBetween(entry.queuedNs, now) };
         });
@@ -297,7 +299,7 @@ void komQtWorkerThread::shutDown()
     dropped.clear(); // the jobs may die with their last handles: not under a worker lock
 }
 
-bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
+bool komQtWorkerThread::takeNextJob_locked(JobEntry &next)
 {
     if (mJobs.isEmpty())
         return false;
@@ -309,7 +311,7 @@ bool komQtWorkerThread::takeNextJob_locked(JobEntry& next)
     return true;
 }
 
-void komQtWorkerThread::runJob(const JobEntry& entry)
+void komQtWorkerThread::runJob(const JobEntry &entry)
 {
     const qint64 startNs = compat::startJobTimer(*mJobTimer);
     mActivity->start(entry.jobId, entry.priority, startNs);

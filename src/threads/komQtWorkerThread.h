@@ -49,7 +49,7 @@ public:
         /** An entry that holds no job. */
         JobEntry();
         /** An entry for @p runnable under @p jobId; @p priority is masked with 0x7ff. */
-        JobEntry(int jobId, const kom::smart<IRunnable>& runnable, SchedulePriority priority);
+        JobEntry(int jobId, const kom::smart<IRunnable> &runnable, SchedulePriority priority);
         /** Drops the job: id -1, an empty handle, priority 3. */
         void clear();
 
@@ -61,35 +61,36 @@ public:
         SchedulePriority priority;
         /** True when it was scheduled with komQtThreadPool::ScheduleLifo. */
         bool lifo;
-        /** When it was queued, on the job pool's monotonic clock (ns); 0 for an entry without a job. */
+        /** When it was queued, on the job pool's monotonic clock (ns); 0 for an entry without a
+         * job. */
         qint64 queuedNs;
     };
 
     /** A worker named @p name; the pool starts it. */
-    explicit komQtWorkerThread(const QString& name, QObject* parent = nullptr);
+    explicit komQtWorkerThread(const QString &name, QObject *parent = nullptr);
     /** Drops the queue; waits for the thread if it is still finishing. */
     ~komQtWorkerThread() override;
 
     /** On different priorities the higher first, otherwise the smaller id first. */
-    static bool lessThanByFifoPriority(const JobEntry& a, const JobEntry& b);
+    static bool lessThanByFifoPriority(const JobEntry &a, const JobEntry &b);
     /** On different priorities the higher first, otherwise the greater id first. */
-    static bool lessThanByLifoPriority(const JobEntry& a, const JobEntry& b);
+    static bool lessThanByLifoPriority(const JobEntry &a, const JobEntry &b);
 
     /**
-     * Queues @p runnable under @p jobId and wakes the thread; a QObject job is moved to this thread.
-     * The job goes to the back of the queue whatever its priority (see insertIndexOf()); the priority
-     * only sets the thread's priority while the job runs.
+     * Queues @p runnable under @p jobId and wakes the thread; a QObject job is moved to this
+     * thread. The job goes to the back of the queue whatever its priority (see insertIndexOf());
+     * the priority only sets the thread's priority while the job runs.
      */
     void schedule(int jobId, kom::smart<IRunnable> runnable, SchedulePriority priority);
     /**
-     * Sets the abort flag of the queued job @p jobId and drops it, so it sends neither jobStarted() nor
-     * jobFinished(); false when it is not queued (a running job is not touched).
+     * Sets the abort flag of the queued job @p jobId and drops it, so it sends neither jobStarted()
+     * nor jobFinished(); false when it is not queued (a running job is not touched).
      */
     bool requestAbort(int jobId);
     /**
-     * Moves the queued job @p jobId to the place insertIndexOf(@p priority) gives it, which is the back of
-     * the queue; true when it is queued. Kept as it always was: the job keeps the priority it was scheduled
-     * with, only its place changes. An id below 1 and a running job give false.
+     * Moves the queued job @p jobId to the place insertIndexOf(@p priority) gives it, which is the
+     * back of the queue; true when it is queued. Kept as it always was: the job keeps the priority
+     * it was scheduled with, only its place changes. An id below 1 and a running job give false.
      */
     bool changePriority(int jobId, SchedulePriority priority);
     /** True while a job with an id of 1 or more runs. */
@@ -100,13 +101,14 @@ public:
     bool isScheduled(int jobId) const;
     /** True when @p jobId runs, or is queued and not aborted. */
     bool isScheduledOrRunning(int jobId) const;
-    /** Queued jobs plus the running one: 0 for an idle worker, 3 with one job running and two queued. */
+    /** Queued jobs plus the running one: 0 for an idle worker, 3 with one job running and two
+     * queued. */
     int workLoad() const;
     /** The running job and the queue, read under the queue lock; busy is left to the pool. */
     JobWorkerSnapshot snapshot() const;
     /**
-     * Drops the queue without a signal for the dropped jobs and ends the loop after the job in hand, which
-     * finishes; the worker then logs "<name> finished." at level 1 and deletes itself.
+     * Drops the queue without a signal for the dropped jobs and ends the loop after the job in
+     * hand, which finishes; the worker then logs "<name> finished." at level 1 and deletes itself.
      */
     void shutDown();
 
@@ -121,16 +123,16 @@ Q_SIGNALS:
 
 protected:
     /**
-     * Where a job of @p priority goes in the queue (the caller holds mQueueMutex). Kept as it always was:
-     * an exact-match search that no queued job matches, so the answer is the queue's end and jobs run in
-     * arrival order whatever their priority.
+     * Where a job of @p priority goes in the queue (the caller holds mQueueMutex). Kept as it
+     * always was: an exact-match search that no queued job matches, so the answer is the queue's
+     * end and jobs run in arrival order whatever their priority.
      */
     int insertIndexOf(SchedulePriority priority) const;
     /** Position of the queued job @p jobId, or -1 (the caller holds mQueueMutex). */
     int indexOf(int jobId) const;
     /**
-     * The thread's loop: runs queued jobs at their priority, drops aborted ones silently, sleeps on an
-     * empty queue, ends after shutDown(). A job that throws is caught and logged at level 3.
+     * The thread's loop: runs queued jobs at their priority, drops aborted ones silently, sleeps on
+     * an empty queue, ends after shutDown(). A job that throws is caught and logged at level 3.
      */
     void run() override;
 
@@ -139,8 +141,8 @@ private:
 
     bool isScheduled_locked(int jobId) const;
     int workLoad_locked() const;
-    bool takeNextJob_locked(JobEntry& next);
-    void runJob(const JobEntry& entry);
+    bool takeNextJob_locked(JobEntry &next);
+    void runJob(const JobEntry &entry);
 
     QList<JobEntry> mJobs;
     JobEntry mCurrent;

@@ -17,18 +17,19 @@ Q_DECLARE_METATYPE(Rendering)
 namespace
 {
 
-const char* const kLibraryFiles[] = { ":/translations/CoreQt_de_DE.qm", ":/translations/CoreQt_fr_FR.qm" };
-const char* const kQtFiles[] = { ":/translations/qt_de.qm", ":/translations/qt_fr.qm" };
+const char *const kLibraryFiles[]
+    = { ":/translations/CoreQt_de_DE.qm", ":/translations/CoreQt_fr_FR.qm" };
+const char *const kQtFiles[] = { ":/translations/qt_de.qm", ":/translations/qt_fr.qm" };
 
 // The names of QFile::FileError and QTextStream::Status values that the exceptions translate.
-const QStringList kFileErrorNames { "NoError", "ReadError", "WriteError", "FatalError", "ResourceError",
-    "OpenError", "AbortError", "TimeOutError", "UnspecifiedError", "RemoveError", "RenameError",
-    "PositionError", "ResizeError", "PermissionsError", "CopyError" };
+const QStringList kFileErrorNames { "NoError", "ReadError", "WriteError", "FatalError",
+    "ResourceError", "OpenError", "AbortError", "TimeOutError", "UnspecifiedError", "RemoveError",
+    "RenameError", "PositionError", "ResizeError", "PermissionsError", "CopyError" };
 const QStringList kStreamStatusNames { "Ok", "ReadPastEnd", "ReadCorruptData", "UnknownError" };
 
-template <typename Row, std::size_t N> void addTexts(QSet<QString>& texts, const Row (&rows)[N])
+template <typename Row, std::size_t N> void addTexts(QSet<QString> &texts, const Row (&rows)[N])
 {
-    for (const Row& row : rows) {
+    for (const Row &row : rows) {
         if (row.text) // the closing row of the exposure areas has none
             texts << QString::fromLatin1(row.text);
     }
@@ -59,7 +60,7 @@ QSet<QString> vocabularyTexts()
 // context -> (source -> translation), read from one .ts source file.
 using Catalogue = QMap<QString, QMap<QString, QString>>;
 
-Catalogue readTs(const QString& path)
+Catalogue readTs(const QString &path)
 {
     Catalogue catalogue;
     QFile file(path);
@@ -83,14 +84,14 @@ Catalogue readTs(const QString& path)
     return catalogue;
 }
 
-template <typename Container> QStringList sorted(const Container& texts)
+template <typename Container> QStringList sorted(const Container &texts)
 {
     QStringList list(texts.begin(), texts.end());
     list.sort();
     return list;
 }
 
-std::unique_ptr<QTranslator> installTranslator(const QString& file)
+std::unique_ptr<QTranslator> installTranslator(const QString &file)
 {
     std::unique_ptr<QTranslator> translator(new QTranslator);
     if (!translator->load(file) || !QCoreApplication::installTranslator(translator.get()))
@@ -115,7 +116,8 @@ private Q_SLOTS:
 void tst_CameraTranslations::resources()
 {
     for (int i = 0; i < 2; ++i) {
-        const QResource library(QString::fromLatin1(kLibraryFiles[i])), qt(QString::fromLatin1(kQtFiles[i]));
+        const QResource library(QString::fromLatin1(kLibraryFiles[i])),
+            qt(QString::fromLatin1(kQtFiles[i]));
         QVERIFY(library.isValid());
         QVERIFY(library.size() > 0);
         QVERIFY(qt.isValid());
@@ -184,12 +186,13 @@ void tst_CameraTranslations::renderings_data()
     QTest::addColumn<QString>("german");
     QTest::addColumn<QString>("french");
 
-    const auto row = [](const char* name, const QString& german, const QString& french, Rendering render) {
-        QTest::newRow(name) << render << german << french;
-    };
+    const auto row = [](const char *name, const QString &german, const QString &french,
+                         Rendering render) { QTest::newRow(name) << render << german << french; };
     const QString nbsp(QChar(0x00A0));
-    row("All Events", "Alle Ereignisse", "Tous les événements", [] { return ko::triggerEventName("AE"); });
-    row("by index", "Alle Ereignisse", "Tous les événements", [] { return ko::triggerEventName(0); });
+    row("All Events", "Alle Ereignisse", "Tous les événements",
+        [] { return ko::triggerEventName("AE"); });
+    row("by index", "Alle Ereignisse", "Tous les événements",
+        [] { return ko::triggerEventName(0); });
     row("VM", "Video-Bewegungsmelder (VM)", "Mouvement vidéo (VM)",
         [] { return ko::triggerEventName("VM"); });
     row("SI drops its number", "Signaleingang (SI)", "Signal d'entrée (SI)",
@@ -201,7 +204,8 @@ void tst_CameraTranslations::renderings_data()
     row("0.5 lux", "0,5 lux", "0,5" + nbsp + "lux", [] { return noiseSuppressionName("5"); });
     row("5 lux", "5 lux", "5" + nbsp + "lux", [] { return noiseSuppressionName("50"); });
     row("Unknown", "Unbekannt", "Inconnu", [] { return streamModeName("undef"); });
-    row("Unknown by value", "Unbekannt", "Inconnu", [] { return whiteBalanceName(ko::WhiteBUnknown); });
+    row("Unknown by value", "Unbekannt", "Inconnu",
+        [] { return whiteBalanceName(ko::WhiteBUnknown); });
     row("KoPEG", "KoPEG", "KoPEG", [] { return streamCodex("enable"); });
     row("keys", "VM", "VM", [] { return ko::triggerEventsName(0x8, 0xFFFFFFFF, 0xFFFFFFFF); });
     row("API name", "LiR", "LiR", [] { return camEyeApiName(ko::CamEyeLeftInRight); });

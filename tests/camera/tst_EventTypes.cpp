@@ -22,13 +22,13 @@ private Q_SLOTS:
 void tst_EventTypes::tableShape()
 {
     // Bits 0 to 27 each belong to exactly one event; no event but "AE" has bits 28 to 31.
-    const QStringList ownerOfBit { "EC", "EL", "EL2", "VM", "VM2", "MI", "SI", "SI2", "SI3", "SI4", "PE",
-        "TT", "UC", "BT", "BR", "BL", "RC", "TP", "IL", "IL2", "RD", "PI", "IR", "CI", "RB", "RE", "RT",
-        "RH" };
+    const QStringList ownerOfBit { "EC", "EL", "EL2", "VM", "VM2", "MI", "SI", "SI2", "SI3", "SI4",
+        "PE", "TT", "UC", "BT", "BR", "BL", "RC", "TP", "IL", "IL2", "RD", "PI", "IR", "CI", "RB",
+        "RE", "RT", "RH" };
     for (int bit = 0; bit < 32; ++bit)
         QCOMPARE(ko::triggerEventsName(1u << bit, 0xFFFFFFFF, 0xFFFFFFFF), ownerOfBit.value(bit));
     QCOMPARE(ko::sTriggerEvents[0].mask, 0xFFFFFFFFu);
-    for (const ko::TriggerEventRow& row : ko::sTriggerEvents)
+    for (const ko::TriggerEventRow &row : ko::sTriggerEvents)
         QCOMPARE(row.reserved, 0u);
 
     // By index: the first and last of the 48 rows; outside the table an empty string.
@@ -43,8 +43,9 @@ void tst_EventTypes::nameOfKey_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("name");
 
-    const auto row
-        = [](const char* name, const char* key, const char* text) { QTest::newRow(name) << key << text; };
+    const auto row = [](const char *name, const char *key, const char *text) {
+        QTest::newRow(name) << key << text;
+    };
     row("IL2 text without its 2", "IL2", "Illumination (IL2)");
     row("SI5 named SI4", "SI5", "Signal Input 5 (SI4)");
     row("SI1 named SI", "SI", "Signal Input 1 (SI)");
@@ -73,12 +74,13 @@ void tst_EventTypes::eventsOfMasks_data()
     QTest::addColumn<uint>("maskC");
     QTest::addColumn<QString>("keys");
 
-    const auto row = [](const char* name, uint a, uint b, uint c, const char* keys) {
+    const auto row = [](const char *name, uint a, uint b, uint c, const char *keys) {
         QTest::newRow(name) << a << b << c << keys;
     };
     const uint all = 0xFFFFFFFF;
     row("all", all, all, all,
-        "VM, VM2, PI, IL, IL2, MI, TP, UC, BT, BR, BL, IR, SI, SI2, SI3, SI4, RC, CI, PE, TT, RD, EC, EL, "
+        "VM, VM2, PI, IL, IL2, MI, TP, UC, BT, BR, BL, IR, SI, SI2, SI3, SI4, RC, CI, PE, TT, RD, "
+        "EC, EL, "
         "EL2, "
         "RB, RE, RH, RT");
     row("bit per mask, no common row", 0x8u, 0x10u, all, "");
@@ -112,7 +114,7 @@ void tst_EventTypes::profileKeys()
     QFETCH(int, type);
     QFETCH(QString, key);
 
-    const QString& result = ko::getEventProfileKey(static_cast<ko::EEventProfileTypes>(type));
+    const QString &result = ko::getEventProfileKey(static_cast<ko::EEventProfileTypes>(type));
     QCOMPARE(result, key);
     QCOMPARE(result.isNull(), key.isNull());
     if (key.isNull())

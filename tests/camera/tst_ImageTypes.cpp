@@ -11,16 +11,16 @@ namespace
 // The name and the four lookups of one enumerated setting, with the enumeration widened to int.
 struct EnumSetting
 {
-    const char* name;
+    const char *name;
     std::function<int(int)> index;
     std::function<QString(int)> nameOfIndex;
     std::function<QString(int)> nameOfValue;
-    std::function<QString(const QString&)> nameOfKey;
+    std::function<QString(const QString &)> nameOfKey;
 };
 
 template <typename E>
-EnumSetting makeSetting(const char* name, int (*index)(E), QString (*byIndex)(int), QString (*byValue)(E),
-    QString (*byKey)(const QString&))
+EnumSetting makeSetting(const char *name, int (*index)(E), QString (*byIndex)(int),
+    QString (*byValue)(E), QString (*byKey)(const QString &))
 {
     return { name, [index](int v) { return index(E(v)); }, byIndex,
         [byValue](int v) { return byValue(E(v)); }, byKey };
@@ -43,7 +43,7 @@ QString camEyeApiNameOf(double value)
 
 } // namespace
 
-using KeyLookup = QString (*)(const QString&);
+using KeyLookup = QString (*)(const QString &);
 using NumberLookup = QString (*)(double);
 Q_DECLARE_METATYPE(EnumSetting)
 Q_DECLARE_METATYPE(KeyLookup)
@@ -64,8 +64,8 @@ private Q_SLOTS:
     void numberLookups();
 };
 
-// The edge rows of each table: first and last, the duplicate "Off" texts, values out of bit order, the
-// "Unknown" rows (value 0).
+// The edge rows of each table: first and last, the duplicate "Off" texts, values out of bit order,
+// the "Unknown" rows (value 0).
 void tst_ImageTypes::enumRows_data()
 {
     QTest::addColumn<EnumSetting>("setting");
@@ -74,7 +74,8 @@ void tst_ImageTypes::enumRows_data()
     QTest::addColumn<int>("value");
     QTest::addColumn<QString>("key");
 
-    const auto row = [](const EnumSetting& setting, int index, const char* text, int value, const char* key) {
+    const auto row = [](const EnumSetting &setting, int index, const char *text, int value,
+                         const char *key) {
         QTest::addRow("%s %d", setting.name, index) << setting << index << text << value << key;
     };
     row(kCamEye, 0, "Right", 1, "right");
@@ -114,9 +115,8 @@ void tst_ImageTypes::enumMisses_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<int>("rows");
 
-    const auto row = [](const char* name, const EnumSetting& setting, int value, const char* key, int rows) {
-        QTest::newRow(name) << setting << value << key << rows;
-    };
+    const auto row = [](const char *name, const EnumSetting &setting, int value, const char *key,
+                         int rows) { QTest::newRow(name) << setting << value << key << rows; };
     row("camEye 7, key case", kCamEye, 7, "Right", 6);
     row("camEye 0 (no Unknown row)", kCamEye, 0, "unknown", 6);
     row("stream mode bit combination", kStreamMode, 0x6, "2", 4);
@@ -150,9 +150,8 @@ void tst_ImageTypes::keyLookups_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("name");
 
-    const auto row = [](const char* name, KeyLookup lookup, const char* key, const QString& result) {
-        QTest::newRow(name) << lookup << key << result;
-    };
+    const auto row = [](const char *name, KeyLookup lookup, const char *key,
+                         const QString &result) { QTest::newRow(name) << lookup << key << result; };
     row("codec enable", streamCodex, "enable", "KoPEG");
     row("codec, key case", streamCodex, "Enable", "Enable");
     row("first of a shared key", resolutionName, "704x576", "TV-PAL (704x576)");
@@ -182,7 +181,8 @@ void tst_ImageTypes::keyLookups()
 
     const QString result = lookup(key);
     QCOMPARE(result, name);
-    QCOMPARE(result.isNull(), name.isNull()); // the filtered lookups give an empty, not a null, string
+    QCOMPARE(
+        result.isNull(), name.isNull()); // the filtered lookups give an empty, not a null, string
 }
 
 // The lookups by number: ids are truncated towards zero, misses give a null string.
@@ -192,9 +192,10 @@ void tst_ImageTypes::numberLookups_data()
     QTest::addColumn<double>("number");
     QTest::addColumn<QString>("name");
 
-    const auto row = [](const char* name, NumberLookup lookup, double number, const QString& result) {
-        QTest::newRow(name) << lookup << number << result;
-    };
+    const auto row
+        = [](const char *name, NumberLookup lookup, double number, const QString &result) {
+              QTest::newRow(name) << lookup << number << result;
+          };
     row("api name 1", camEyeApiNameOf, 1, "right");
     row("api name 6", camEyeApiNameOf, 6, "RiL");
     row("api name 0", camEyeApiNameOf, 0, QString());

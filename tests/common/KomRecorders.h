@@ -15,7 +15,8 @@ class StatusRecorder : public komStatusMessageHandlerInterface
 {
 public:
     explicit StatusRecorder(kom::StatusMessageType verbosity = kom::StatusTrace,
-        kom::komStatusMessageProcessor* processor = kom::komStatusMessageProcessor::defaultProcessor())
+        kom::komStatusMessageProcessor *processor
+        = kom::komStatusMessageProcessor::defaultProcessor())
         : mProcessor(processor)
         , mVerbosity(verbosity)
     {
@@ -30,28 +31,31 @@ public:
         return mMessages;
     }
     /** The sender of the last message received (null before any). */
-    const komObject* lastSender() const
+    const komObject *lastSender() const
     {
         QMutexLocker lock(&mMutex);
         return mLastSender;
     }
 
     void sendStatusMessage(
-        kom::StatusMessageType type, const komString& text, const komObject* sender) override
+        kom::StatusMessageType type, const komString &text, const komObject *sender) override
     {
         QMutexLocker lock(&mMutex);
         mMessages << QString::number(type) + QLatin1Char(' ') + QString::fromLatin1(text.text());
         mLastSender = sender;
     }
-    void setStatusMessageVerbosity(kom::StatusMessageType verbosity) override { mVerbosity = verbosity; }
+    void setStatusMessageVerbosity(kom::StatusMessageType verbosity) override
+    {
+        mVerbosity = verbosity;
+    }
     kom::StatusMessageType statusMessageVerbosity() const override { return mVerbosity; }
 
 private:
-    kom::komStatusMessageProcessor* mProcessor;
+    kom::komStatusMessageProcessor *mProcessor;
     kom::StatusMessageType mVerbosity;
     mutable QMutex mMutex;
     QStringList mMessages;
-    const komObject* mLastSender = nullptr;
+    const komObject *mLastSender = nullptr;
 };
 
 /**
@@ -63,16 +67,16 @@ class TerminalRecorder
 public:
     TerminalRecorder() { reports.clear(), lastSender = nullptr; }
     ~TerminalRecorder() { kom::setTerminalHandler(mPrevious); }
-    TerminalRecorder(const TerminalRecorder&) = delete;
-    TerminalRecorder& operator=(const TerminalRecorder&) = delete;
+    TerminalRecorder(const TerminalRecorder &) = delete;
+    TerminalRecorder &operator=(const TerminalRecorder &) = delete;
 
     /** The reports' texts, in order, and the sender of the last one. */
     static inline QStringList reports;
-    static inline const komObject* lastSender = nullptr;
+    static inline const komObject *lastSender = nullptr;
 
 private:
     kom::TerminalHandler mPrevious
-        = kom::setTerminalHandler([](const komString& message, const komObject* sender) {
+        = kom::setTerminalHandler([](const komString &message, const komObject *sender) {
               reports << QString::fromLatin1(message.text());
               lastSender = sender;
           });

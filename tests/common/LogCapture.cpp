@@ -6,7 +6,7 @@
 
 LogCapture::LogCapture(ko::Log::ELevel threshold)
 {
-    ko::Log& log = ko::Log::instance();
+    ko::Log &log = ko::Log::instance();
     ko::MutexLocker lock(log.mutex(), true);
     mPreviousLevel = log.logLevel();
     for (int i = 0; i < ko::Log::LevelCount; ++i) {
@@ -19,7 +19,7 @@ LogCapture::LogCapture(ko::Log::ELevel threshold)
 
 LogCapture::~LogCapture()
 {
-    ko::Log& log = ko::Log::instance();
+    ko::Log &log = ko::Log::instance();
     ko::MutexLocker lock(log.mutex(), true);
     for (int i = 0; i < ko::Log::LevelCount; ++i)
         log.setStream(ko::Log::ELevel(i), mPrevious[i], false);
@@ -36,7 +36,7 @@ QStringList LogCapture::lines(ko::Log::ELevel level) const
 {
     QStringList result;
     const QStringList raw = text(level).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    for (const QString& line : raw)
+    for (const QString &line : raw)
         result << stripPrefix(line);
     return result;
 }
@@ -45,7 +45,7 @@ QStringList LogCapture::allLines() const
 {
     QStringList result;
     for (int i = 0; i < ko::Log::LevelCount; ++i) {
-        for (const QString& line : lines(ko::Log::ELevel(i)))
+        for (const QString &line : lines(ko::Log::ELevel(i)))
             result << QString::number(i) + QLatin1Char('|') + line;
     }
     return result;
@@ -54,13 +54,13 @@ QStringList LogCapture::allLines() const
 void LogCapture::clear()
 {
     ko::MutexLocker lock(ko::Log::instance().mutex(), true);
-    for (auto& stream : mStreams) {
+    for (auto &stream : mStreams) {
         stream.str(std::string());
         stream.clear();
     }
 }
 
-QString LogCapture::stripPrefix(const QString& line)
+QString LogCapture::stripPrefix(const QString &line)
 {
     static const QRegularExpression prefix(
         QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} \\w+ "));

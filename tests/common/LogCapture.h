@@ -18,8 +18,8 @@ public:
     explicit LogCapture(ko::Log::ELevel threshold = ko::Log::Debug);
     ~LogCapture();
 
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
+    LogCapture(const LogCapture &) = delete;
+    LogCapture &operator=(const LogCapture &) = delete;
 
     /** Everything written at @p level, prefixes included. */
     QString text(ko::Log::ELevel level) const;
@@ -31,11 +31,11 @@ public:
     void clear();
 
     /** Removes the "yyyy-MM-dd hh:mm:ss.zzz <Level> " prefix from one line. */
-    static QString stripPrefix(const QString& line);
+    static QString stripPrefix(const QString &line);
 
 private:
     std::ostringstream mStreams[ko::Log::LevelCount];
-    std::ostream* mPrevious[ko::Log::LevelCount];
+    std::ostream *mPrevious[ko::Log::LevelCount];
     ko::Log::ELevel mPreviousLevel;
 };
 

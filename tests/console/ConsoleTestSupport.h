@@ -23,7 +23,7 @@ struct HeldPool
     int held = -1, second = -1, third = -1;
     kom::smart<RecordingJob> job;
 
-    explicit HeldPool(const QString& name)
+    explicit HeldPool(const QString &name)
         : pool(name, 1)
     {
         ko::PoolRegistry::add(&pool);
@@ -47,21 +47,22 @@ struct SocketPath
 };
 
 /** The job pool named @p name in @p document, or null. */
-inline const ko::JobPoolSnapshot* poolNamed(const ko::ConsoleDocument& document, const QString& name)
+inline const ko::JobPoolSnapshot *poolNamed(
+    const ko::ConsoleDocument &document, const QString &name)
 {
     const auto found = std::find_if(document.jobPools.cbegin(), document.jobPools.cend(),
-        [&name](const ko::JobPoolSnapshot& pool) { return pool.name == name; });
+        [&name](const ko::JobPoolSnapshot &pool) { return pool.name == name; });
     return found == document.jobPools.cend() ? nullptr : &*found;
 }
 
 /** Leaves a socket file at @p path with nobody behind it, as a process that ended leaves it. */
-inline bool leaveStaleSocket(const QString& path)
+inline bool leaveStaleSocket(const QString &path)
 {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
     sockaddr_un address {};
     address.sun_family = AF_UNIX;
     qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-    const bool bound = ::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    const bool bound = ::bind(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) == 0;
     ::close(fd);
     return bound;
 }

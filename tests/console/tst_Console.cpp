@@ -1,4 +1,5 @@
-// The live console: ko::Console serving ko::ConsoleDocument to ko::ConsoleClient over a local socket.
+// The live console: ko::Console serving ko::ConsoleDocument to ko::ConsoleClient over a local
+// socket.
 #include "ConsoleTestSupport.h"
 #include "LogCapture.h"
 
@@ -46,7 +47,7 @@ void tst_Console::socketForTheOwnerOnly()
 {
     LogCapture capture;
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     QVERIFY(!Console::isListening());
     QVERIFY(Console::listen(path));
     QVERIFY(Console::isListening());
@@ -68,7 +69,7 @@ void tst_Console::documentOfThisProcess()
 {
     LogCapture capture;
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     HeldPool held(QStringLiteral("Served"));
     QVERIFY(Console::listen(path));
     // The client blocks this thread, which runs no event loop meanwhile: the console answers from
@@ -76,14 +77,14 @@ void tst_Console::documentOfThisProcess()
     const ConsoleClient::Reply reply = ConsoleClient::fetch(path, 10000);
     QCOMPARE(reply.message, QString());
     QCOMPARE(reply.error, ConsoleClient::NoError);
-    const ConsoleDocument& document = reply.document;
+    const ConsoleDocument &document = reply.document;
     QCOMPARE(document.version, ConsoleDocument::kFormatVersion);
     QCOMPARE(document.processId, QCoreApplication::applicationPid());
     QVERIFY(document.uptimeMs > 0);
     QCOMPARE(document.logLines.size(), 5);
     for (int level = 0; level < 5; ++level)
         QCOMPARE(document.logLines.at(level), ko::LogQt::lineCount(ko::Log::ELevel(level)));
-    const ko::JobPoolSnapshot* pool = poolNamed(document, QStringLiteral("Served"));
+    const ko::JobPoolSnapshot *pool = poolNamed(document, QStringLiteral("Served"));
     QVERIFY(pool);
     QCOMPARE(pool->workers.size(), 1);
     QCOMPARE(pool->workers.at(0).runningJobId, held.held);
@@ -101,7 +102,7 @@ void tst_Console::busyPoolLockReported()
 {
     LogCapture capture;
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     HeldPool held(QStringLiteral("Stuck"));
     QVERIFY(Console::listen(path));
     QSemaphore locked, unlock;
@@ -115,14 +116,15 @@ void tst_Console::busyPoolLockReported()
     unlock.release();
     holder.join();
     QCOMPARE(reply.error, ConsoleClient::NoError);
-    const ko::JobPoolSnapshot* pool = poolNamed(reply.document, QStringLiteral("Stuck"));
+    const ko::JobPoolSnapshot *pool = poolNamed(reply.document, QStringLiteral("Stuck"));
     QVERIFY(pool);
     QVERIFY(pool->lockBusy);
     QCOMPARE(pool->lockWaitMs, Console::kLockTimeoutMs);
     QCOMPARE(pool->workers.value(0).runningJobId, held.held);
-    const QJsonArray pools = QJsonDocument::fromJson(reply.json).object().value("jobPools").toArray();
-    QCOMPARE(
-        pools.at(0).toObject().value("status").toString(), QStringLiteral("lock busy for more than 1.0 s"));
+    const QJsonArray pools
+        = QJsonDocument::fromJson(reply.json).object().value("jobPools").toArray();
+    QCOMPARE(pools.at(0).toObject().value("status").toString(),
+        QStringLiteral("lock busy for more than 1.0 s"));
 }
 
 void tst_Console::takesOverOnlyAStaleSocket()
@@ -151,17 +153,17 @@ void tst_Console::takesOverOnlyAStaleSocket()
     QCOMPARE(file.readAll(), QByteArray("keep me"));
     const QStringList warnings = capture.lines(ko::Log::Warning);
     QCOMPARE(warnings.size(), 2);
-    QVERIFY2(
-        warnings.at(0).startsWith("console: cannot listen on " + taken + ": "), qPrintable(warnings.at(0)));
-    QVERIFY2(
-        warnings.at(1).startsWith("console: cannot listen on " + plain + ": "), qPrintable(warnings.at(1)));
+    QVERIFY2(warnings.at(0).startsWith("console: cannot listen on " + taken + ": "),
+        qPrintable(warnings.at(0)));
+    QVERIFY2(warnings.at(1).startsWith("console: cannot listen on " + plain + ": "),
+        qPrintable(warnings.at(1)));
 }
 
 void tst_Console::manyClientsAtOnceGetAWholeDocumentOrNothing()
 {
     LogCapture capture;
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     QVERIFY(Console::listen(path));
     std::vector<std::unique_ptr<QLocalSocket>> clients;
     for (int i = 0; i < 3 * Console::kMaxClients; ++i) {
@@ -170,7 +172,7 @@ void tst_Console::manyClientsAtOnceGetAWholeDocumentOrNothing()
         QVERIFY(clients.back()->waitForConnected(10000));
     }
     int served = 0;
-    for (const auto& client : clients) {
+    for (const auto &client : clients) {
         QByteArray received;
         while (client->state() == QLocalSocket::ConnectedState && client->waitForReadyRead(10000))
             received += client->readAll();
@@ -192,7 +194,7 @@ void tst_Console::floodingClientsDoNotDisturbThePool()
     constexpr int jobs = 3000;
     LogCapture capture(ko::Log::Warning);
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     TestPool pool(QStringLiteral("Flooded"), 2);
     QVERIFY(ko::PoolRegistry::add(&pool));
     QVERIFY(Console::listen(path));
@@ -231,26 +233,27 @@ void tst_Console::floodingClientsDoNotDisturbThePool()
             received += socket.readAll();
         ConsoleDocument document;
         silentDropped = socket.state() == QLocalSocket::UnconnectedState
-            && ConsoleDocument::fromJson(received + socket.readAll(), &document) == ConsoleDocument::Read;
+            && ConsoleDocument::fromJson(received + socket.readAll(), &document)
+                == ConsoleDocument::Read;
     }));
-    for (QThread* thread : { connector.get(), sender.get(), silent.get() })
+    for (QThread *thread : { connector.get(), sender.get(), silent.get() })
         thread->start();
 
     std::atomic<int> runs { 0 };
     struct Tick : ko::IRunnable
     {
-        std::atomic<int>& runs;
-        explicit Tick(std::atomic<int>& counter)
+        std::atomic<int> &runs;
+        explicit Tick(std::atomic<int> &counter)
             : runs(counter)
         { }
-        void run(int, ko::JobTimer&) override { ++runs; }
+        void run(int, ko::JobTimer &) override { ++runs; }
     };
     for (int i = 0; i < jobs; ++i)
         pool.schedule(kom::smart<ko::IRunnable>(new Tick(runs)));
     QVERIFY(spinUntil([&]() { return runs == jobs; }, 60000));
     QVERIFY(spinUntil([&]() { return senderDropped && silentDropped; }, 60000));
     done = true;
-    for (QThread* thread : { connector.get(), sender.get(), silent.get() })
+    for (QThread *thread : { connector.get(), sender.get(), silent.get() })
         QVERIFY(thread->wait(10000));
     QCOMPARE(runs.load(), jobs);
     QVERIFY(spinUntil([&]() { return pool.snapshot().totals.finished == jobs; }));

@@ -20,14 +20,14 @@
 
 // Under AddressSanitizer freed memory is filled, so that a field copied from a freed exception
 // through Qt's own (uninstrumented) code reads garbage instead of the old value.
-extern "C" Q_DECL_EXPORT const char* __asan_default_options()
+extern "C" Q_DECL_EXPORT const char *__asan_default_options()
 {
     return "max_free_fill_size=4096:free_fill_byte=190";
 }
 
 using ExceptionPtr = QSharedPointer<ko::ExceptionQt>;
-using SemanticsCheck = void (*)(const ko::ExceptionQt&);
-using Assign = void (*)(ko::ExceptionQt&, const ko::ExceptionQt&);
+using SemanticsCheck = void (*)(const ko::ExceptionQt &);
+using Assign = void (*)(ko::ExceptionQt &, const ko::ExceptionQt &);
 Q_DECLARE_METATYPE(ExceptionPtr)
 Q_DECLARE_METATYPE(SemanticsCheck)
 Q_DECLARE_METATYPE(Assign)
@@ -39,38 +39,38 @@ namespace
 struct Counted : ko::RuntimeException
 {
     static int live;
-    explicit Counted(const QString& message)
+    explicit Counted(const QString &message)
         : RuntimeException(message)
     {
         ++live;
     }
-    Counted(const Counted& other)
+    Counted(const Counted &other)
         : RuntimeException(other)
     {
         ++live;
     }
-    Counted& operator=(const Counted& other) = default;
+    Counted &operator=(const Counted &other) = default;
     ~Counted() override { --live; }
-    Counted* clone() const override { return new Counted(*this); }
+    Counted *clone() const override { return new Counted(*this); }
 };
 int Counted::live = 0;
 
 // The name g++ gives a class of namespace ko; className() must return it unchanged.
-QString mangled(const char* name)
+QString mangled(const char *name)
 {
     return QStringLiteral("N2ko%1%2E").arg(qstrlen(name)).arg(QLatin1String(name));
 }
 
-void* address(quint64 value)
+void *address(quint64 value)
 {
-    return reinterpret_cast<void*>(quintptr(value));
+    return reinterpret_cast<void *>(quintptr(value));
 }
 
 // Copy, clone and assignment (self-assignment too) of a T with a cause chain: each owns an
 // independent copy, and changing one leaves the original alone.
-template <class T> void checkValueSemantics(const ko::ExceptionQt& original)
+template <class T> void checkValueSemantics(const ko::ExceptionQt &original)
 {
-    const T& e = dynamic_cast<const T&>(original);
+    const T &e = dynamic_cast<const T &>(original);
     const QString printed = e.toString();
 
     T copy(e);
@@ -89,15 +89,15 @@ template <class T> void checkValueSemantics(const ko::ExceptionQt& original)
     QCOMPARE(assigned.toString(), printed);
     QVERIFY(assigned.causeQt() != e.causeQt());
 
-    const ko::ExceptionQt* cause = assigned.causeQt();
-    T& alias = assigned;
+    const ko::ExceptionQt *cause = assigned.causeQt();
+    T &alias = assigned;
     assigned = alias;
-    static_cast<ko::ExceptionQt&>(assigned) = alias;
+    static_cast<ko::ExceptionQt &>(assigned) = alias;
     QCOMPARE(assigned.causeQt(), cause);
     QCOMPARE(assigned.toString(), printed);
 
     // Through the base class from its own cause, which that assignment frees.
-    static_cast<ko::ExceptionQt&>(assigned) = *assigned.causeQt();
+    static_cast<ko::ExceptionQt &>(assigned) = *assigned.causeQt();
     QCOMPARE(assigned.causeQt()->toString(), e.causeQt()->causeQt()->toString());
 
     copy.setCause(nullptr);
@@ -105,40 +105,43 @@ template <class T> void checkValueSemantics(const ko::ExceptionQt& original)
     cloned.reset();
     QCOMPARE(e.toString(), printed);
 
-    // Thrown as itself, caught through the base class; OutOfMemoryException through std::bad_alloc too.
+    // Thrown as itself, caught through the base class; OutOfMemoryException through std::bad_alloc
+    // too.
     try {
         throw T(e);
-    } catch (const ko::Exception& caught) {
+    } catch (const ko::Exception &caught) {
         QCOMPARE(QString::fromLatin1(caught.what()), printed);
     }
     if constexpr (std::is_base_of<std::bad_alloc, T>::value) {
         try {
             throw T(e);
-        } catch (const std::bad_alloc& caught) {
+        } catch (const std::bad_alloc &caught) {
             QCOMPARE(QString::fromLatin1(caught.what()), printed);
         }
     }
 }
 
-static_assert(std::is_base_of<std::bad_alloc, ko::OutOfMemoryException>::value, "caught as std::bad_alloc");
+static_assert(
+    std::is_base_of<std::bad_alloc, ko::OutOfMemoryException>::value, "caught as std::bad_alloc");
 
-template <class T> void classRow(const char* name, T* e, const char* rendered)
+template <class T> void classRow(const char *name, T *e, const char *rendered)
 {
-    QTest::newRow(name) << ExceptionPtr(e) << &checkValueSemantics<T> << QString::fromUtf8(rendered);
+    QTest::newRow(name) << ExceptionPtr(e)
+                        << &checkValueSemantics<T> << QString::fromUtf8(rendered);
 }
 
 // Assigns with T's own assignment.
-template <class T> void assignAs(ko::ExceptionQt& target, const ko::ExceptionQt& source)
+template <class T> void assignAs(ko::ExceptionQt &target, const ko::ExceptionQt &source)
 {
-    static_cast<T&>(target) = static_cast<const T&>(source);
+    static_cast<T &>(target) = static_cast<const T &>(source);
 }
 
-template <class T> void assignRow(const char* name, T* target, T* source)
+template <class T> void assignRow(const char *name, T *target, T *source)
 {
     QTest::newRow(name) << ExceptionPtr(target) << ExceptionPtr(source) << &assignAs<T>;
 }
 
-template <class T> T* withMessage(T* e, const char* message)
+template <class T> T *withMessage(T *e, const char *message)
 {
     e->setMessage(QString::fromUtf8(message));
     return e;
@@ -165,8 +168,8 @@ private Q_SLOTS:
     void locationFields();
 };
 
-// Each class printed with a two-deep cause chain, copied, cloned and assigned; the first row of a class
-// renders all its parts, the others the deliberate details of its rendering.
+// Each class printed with a two-deep cause chain, copied, cloned and assigned; the first row of a
+// class renders all its parts, the others the deliberate details of its rendering.
 void tst_ExceptionQt::classes_data()
 {
     QTest::addColumn<ExceptionPtr>("exception");
@@ -177,10 +180,10 @@ void tst_ExceptionQt::classes_data()
     const QString none;
     classRow("ExceptionQt", new ko::ExceptionQt("base"), "base");
     classRow("RuntimeException", new ko::RuntimeException("run"), "run");
-    classRow(
-        "ConfigItemNotRetrievedException", new ko::ConfigItemNotRetrievedException("cfg", &object), "cfg");
-    classRow(
-        "ConfigItemNotRetrievedException: no object", new ko::ConfigItemNotRetrievedException("cfg"), "cfg");
+    classRow("ConfigItemNotRetrievedException",
+        new ko::ConfigItemNotRetrievedException("cfg", &object), "cfg");
+    classRow("ConfigItemNotRetrievedException: no object",
+        new ko::ConfigItemNotRetrievedException("cfg"), "cfg");
     classRow("DivisionByZeroException", new ko::DivisionByZeroException("divide"), "divide");
     classRow("TerminalException", new ko::TerminalException("stop"), "stop");
     classRow("OutOfMemoryException", new ko::OutOfMemoryException(64, "heap"),
@@ -188,45 +191,53 @@ void tst_ExceptionQt::classes_data()
     classRow("OutOfMemoryException: negative size", new ko::OutOfMemoryException(-8, "x"), "x");
     classRow("OutOfMemoryException: no message", new ko::OutOfMemoryException(64, none),
         "failed to allocate 64 bytes. ");
-    classRow("IllegalArgumentException", new ko::IllegalArgumentException("arg", "bad"), "arg, bad");
-    classRow("IllegalArgumentException: only message", new ko::IllegalArgumentException(none, "bad"), "bad");
+    classRow(
+        "IllegalArgumentException", new ko::IllegalArgumentException("arg", "bad"), "arg, bad");
+    classRow("IllegalArgumentException: only message",
+        new ko::IllegalArgumentException(none, "bad"), "bad");
     classRow("IndexOutOfBoundsException", new ko::IndexOutOfBoundsException("list", 7, 0, 5),
         "list[7]; allowed range is 0 to 5, exclusive");
-    classRow("IndexOutOfBoundsException: empty range", new ko::IndexOutOfBoundsException("list", 7, 0, 0),
-        "list[7]");
-    classRow("IndexOutOfBoundsException: inverted range", new ko::IndexOutOfBoundsException("list", 7, 5, 0),
-        "list[7]");
+    classRow("IndexOutOfBoundsException: empty range",
+        new ko::IndexOutOfBoundsException("list", 7, 0, 0), "list[7]");
+    classRow("IndexOutOfBoundsException: inverted range",
+        new ko::IndexOutOfBoundsException("list", 7, 5, 0), "list[7]");
     classRow("IndexOutOfBoundsException: message",
         withMessage(new ko::IndexOutOfBoundsException("v", 9, 1, 4), "m"),
         "v[9]; allowed range is 1 to 4, exclusive, m");
-    classRow(
-        "NullPointerException", new ko::NullPointerException("p", address(0x1F00)), "p invalid address 1f00");
+    classRow("NullPointerException", new ko::NullPointerException("p", address(0x1F00)),
+        "p invalid address 1f00");
     classRow("NullPointerException: no address", new ko::NullPointerException("p", nullptr), "p");
     classRow("NullPointerException: no name", new ko::NullPointerException(none, address(0x10)),
         " invalid address 10");
-    classRow("NullPointerException: bit 31 set", new ko::NullPointerException("p", address(0x80000000u)),
-        "p invalid address -80000000");
-    if (sizeof(void*) == 8)
+    classRow("NullPointerException: bit 31 set",
+        new ko::NullPointerException("p", address(0x80000000u)), "p invalid address -80000000");
+    if (sizeof(void *) == 8)
         classRow("NullPointerException: high bits dropped",
-            new ko::NullPointerException("p", address(0x7fff12345678ull)), "p invalid address 12345678");
+            new ko::NullPointerException("p", address(0x7fff12345678ull)),
+            "p invalid address 12345678");
     classRow("NullPointerException: message",
-        withMessage(new ko::NullPointerException("p", address(0xab)), "m"), "p invalid address ab, m");
-    classRow("UnexpectedTypeException", new ko::UnexpectedTypeException("arg", "int", "QString", "see docs"),
+        withMessage(new ko::NullPointerException("p", address(0xab)), "m"),
+        "p invalid address ab, m");
+    classRow("UnexpectedTypeException",
+        new ko::UnexpectedTypeException("arg", "int", "QString", "see docs"),
         "int not allowed, expected QString.see docs");
     classRow("UnexpectedTypeException: argument never printed",
         new ko::UnexpectedTypeException("arg", none, "QString", none), ", expected QString");
-    classRow("UnexpectedTypeException: only message", new ko::UnexpectedTypeException("arg", none, none, "m"),
-        ".m");
+    classRow("UnexpectedTypeException: only message",
+        new ko::UnexpectedTypeException("arg", none, none, "m"), ".m");
     classRow("IOException", new ko::IOException("io"), "io");
-    classRow("FileException", new ko::FileException(QFileInfo("data/x.txt"), QFile::ReadError, "short"),
+    classRow("FileException",
+        new ko::FileException(QFileInfo("data/x.txt"), QFile::ReadError, "short"),
         "data/x.txt: ReadError, short");
     classRow("FileException: no path", new ko::FileException(QFile::OpenError), ": OpenError");
     classRow("FileException: no error", new ko::FileException(QFile::NoError, "m"), ", m");
     classRow("ParseException", new ko::ParseException("bad token", 3, 5, 3, 9),
         "line 3, column 5 to line 3, column 9, bad token");
     classRow("ParseException: nothing known", new ko::ParseException("m", 0, -1, -1, -1), "m");
-    classRow("ParseException: column 0 counts", new ko::ParseException("m", 0, 0, -1, -1), "column 0, m");
-    classRow("ParseException: only the end", new ko::ParseException("m", 0, -1, 4, -1), " to line 4m");
+    classRow("ParseException: column 0 counts", new ko::ParseException("m", 0, 0, -1, -1),
+        "column 0, m");
+    classRow(
+        "ParseException: only the end", new ko::ParseException("m", 0, -1, 4, -1), " to line 4m");
     classRow("ParseException: end column", new ko::ParseException(none, 1, 2, 0, 7),
         "line 1, column 2 to column 7");
     classRow("XmlException", new ko::XmlException("unclosed", 4, 2), "line 4, column 2, unclosed");
@@ -244,15 +255,16 @@ void tst_ExceptionQt::classes()
         exception->setCause(ko::IOException(QStringLiteral("disk failed"), &root));
     }
     const QString className = mangled(QByteArray(QTest::currentDataTag()).split(':').first());
-    const QString expected = className + QLatin1String(": ") + rendered + QLatin1String("\ncaused by:\t")
-        + mangled("IOException") + QLatin1String(": disk failed\ncaused by:\t") + mangled("RuntimeException")
+    const QString expected = className + QLatin1String(": ") + rendered
+        + QLatin1String("\ncaused by:\t") + mangled("IOException")
+        + QLatin1String(": disk failed\ncaused by:\t") + mangled("RuntimeException")
         + QLatin1String(": root cause\n");
 
     QCOMPARE(exception->className(), className);
     QCOMPARE(exception->message(), rendered);
     QCOMPARE(exception->toString(), expected);
     QCOMPARE(QString(*exception), expected);
-    QCOMPARE(QString::fromLatin1(static_cast<const ko::Exception&>(*exception).what()), expected);
+    QCOMPARE(QString::fromLatin1(static_cast<const ko::Exception &>(*exception).what()), expected);
     QString streamed;
     QTextStream(&streamed) << QLatin1String(">") << *exception;
     QCOMPARE(streamed, QLatin1Char('>') + expected);
@@ -260,8 +272,8 @@ void tst_ExceptionQt::classes()
     semantics(*exception);
 }
 
-// Assignment copies every field, also from the exception's own cause chain (at depth 1 and 3), which
-// it frees while it copies.
+// Assignment copies every field, also from the exception's own cause chain (at depth 1 and 3),
+// which it frees while it copies.
 void tst_ExceptionQt::assignment_data()
 {
     QTest::addColumn<ExceptionPtr>("target");
@@ -273,9 +285,11 @@ void tst_ExceptionQt::assignment_data()
     assignRow("RuntimeException", new RuntimeException("a"), new RuntimeException("b"));
     assignRow("ConfigItemNotRetrievedException", new ConfigItemNotRetrievedException("a"),
         new ConfigItemNotRetrievedException("b"));
-    assignRow("DivisionByZeroException", new DivisionByZeroException("a"), new DivisionByZeroException("b"));
+    assignRow("DivisionByZeroException", new DivisionByZeroException("a"),
+        new DivisionByZeroException("b"));
     assignRow("TerminalException", new TerminalException("a"), new TerminalException("b"));
-    assignRow("OutOfMemoryException", new OutOfMemoryException(8, "a"), new OutOfMemoryException(64, "b"));
+    assignRow("OutOfMemoryException", new OutOfMemoryException(8, "a"),
+        new OutOfMemoryException(64, "b"));
     assignRow("IllegalArgumentException", new IllegalArgumentException("x", "a"),
         new IllegalArgumentException("y", "b"));
     assignRow("IndexOutOfBoundsException", new IndexOutOfBoundsException("x", 1, 0, 2),
@@ -287,7 +301,8 @@ void tst_ExceptionQt::assignment_data()
     assignRow("IOException", new IOException("a"), new IOException("b"));
     assignRow("FileException", new FileException(QFileInfo("a.txt"), QFile::ReadError, "a"),
         new FileException(QFileInfo("b.txt"), QFile::WriteError, "b"));
-    assignRow("ParseException", new ParseException("a", 1, 2, 3, 4), new ParseException("b", 5, 6, 7, 8));
+    assignRow(
+        "ParseException", new ParseException("a", 1, 2, 3, 4), new ParseException("b", 5, 6, 7, 8));
     assignRow("XmlException", new XmlException("a", 1, 2), new XmlException("b", 5, 6));
 }
 
@@ -328,7 +343,8 @@ void tst_ExceptionQt::statusNames_data()
 
     QTest::newRow("OpenError") << true << 5 << "OpenError";
     QTest::newRow("CopyError") << true << 14 << "CopyError";
-    // Values without a name, but within the enum's range (anything else is not a value of the type).
+    // Values without a name, but within the enum's range (anything else is not a value of the
+    // type).
     QTest::newRow("unnamed error") << true << 15 << "UnspecifiedError";
     QTest::newRow("ReadPastEnd") << false << 1 << "ReadPastEnd";
     QTest::newRow("WriteFailed") << false << 3 << "UnknownError";
@@ -350,8 +366,8 @@ void tst_ExceptionQt::statusNames()
     QVERIFY(translator.load(QStringLiteral(":/translations/CoreQt_de_DE.qm")));
     QCoreApplication::installTranslator(&translator);
     const QString translated = name();
-    const QString expected
-        = QCoreApplication::translate(file ? "QFile" : "QTextStream", english.toLatin1().constData());
+    const QString expected = QCoreApplication::translate(
+        file ? "QFile" : "QTextStream", english.toLatin1().constData());
     QCoreApplication::removeTranslator(&translator);
     QCOMPARE(translated, expected);
     QVERIFY(translated != english);
@@ -407,7 +423,7 @@ void tst_ExceptionQt::chains()
         // Assigned from its own cause: the old chain goes, its tail survives as the copy's chain.
         if (depth >= 1) {
             const QString tail = e.causeQt()->toString();
-            e = static_cast<const Counted&>(*e.causeQt());
+            e = static_cast<const Counted &>(*e.causeQt());
             QCOMPARE(Counted::live, depth);
             QCOMPARE(e.toString(), tail);
             Counted top(QStringLiteral("level %1").arg(depth));
@@ -435,8 +451,8 @@ void tst_ExceptionQt::showLocation_data()
     QTest::addColumn<int>("lastColumn");
     QTest::addColumn<QString>("marked");
 
-    const auto row = [](const char* name, const char* text, int line, int column, int lastLine,
-                         int lastColumn, const char* marked) {
+    const auto row = [](const char *name, const char *text, int line, int column, int lastLine,
+                         int lastColumn, const char *marked) {
         QTest::newRow(name) << QString::fromUtf8(text) << line << column << lastLine << lastColumn
                             << QString::fromUtf8(marked);
     };

@@ -1,6 +1,6 @@
 // libFuzzer target: arbitrary bytes opened as an enciphered file, then read, peeked, seeked,
-// written and reopened in an order the input chooses. Reads right after a seek on a read-only device
-// are checked against the raw bytes; any other fault shows as a crash or a sanitizer report.
+// written and reopened in an order the input chooses. Reads right after a seek on a read-only
+// device are checked against the raw bytes; any other fault shows as a crash or a sanitizer report.
 #include "io/CipherSteps_p.h"
 #include "io/FileEncrypt.h"
 #include "platform/core/Enigma.h"
@@ -24,27 +24,25 @@ struct Operation
     int32_t argument;
 };
 
-#define CHECK(condition)                                                                   \
-    do {                                                                                   \
-        if (!(condition)) {                                                                \
-            std::fprintf(stderr, "check failed at line %d: %s\n", __LINE__, #condition);  \
-            std::abort();                                                                  \
-        }                                                                                  \
+#define CHECK(condition)                                                                           \
+    do {                                                                                           \
+        if (!(condition)) {                                                                        \
+            std::fprintf(stderr, "check failed at line %d: %s\n", __LINE__, #condition);           \
+            std::abort();                                                                          \
+        }                                                                                          \
     } while (false)
 
-void silence(QtMsgType, const QMessageLogContext&, const QString&)
-{
-}
+void silence(QtMsgType, const QMessageLogContext &, const QString &) { }
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***)
+extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
     qInstallMessageHandler(silence); // QIODevice warns about every refused seek
     return 0;
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
     static QTemporaryDir dir;
     static const QString path = dir.filePath(QStringLiteral("input.bin"));
@@ -52,8 +50,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     FuzzedDataProvider input(data, size);
     const uint8_t flags = input.ConsumeIntegral<uint8_t>();
     std::vector<Operation> operations(input.ConsumeIntegralInRange<size_t>(0, 24));
-    for (Operation& operation : operations)
-        operation = {input.ConsumeIntegral<uint8_t>(), input.ConsumeIntegral<int32_t>()};
+    for (Operation &operation : operations)
+        operation = { input.ConsumeIntegral<uint8_t>(), input.ConsumeIntegral<int32_t>() };
     const std::vector<char> content = input.ConsumeRemainingBytes<char>();
     const QByteArray raw(content.data(), int(content.size()));
     {
@@ -73,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (!file.open(mode))
         return 0;
     qint64 seekedTo = -1;
-    for (const Operation& operation : operations) {
+    for (const Operation &operation : operations) {
         const qint64 argument = operation.argument;
         const qint64 justSeeked = seekedTo;
         seekedTo = -1;
@@ -83,7 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             const QByteArray bytes = file.read(wanted);
             CHECK(bytes.size() <= wanted);
             if (justSeeked >= 0 && !writable && file.seed() != 0) {
-                // Raw bytes from the seeked offset, each deciphered with the state that many steps on.
+                // Raw bytes from the seeked offset, each deciphered with the state that many steps
+                // on.
                 const ko::Enigma engine { ko::Random(file.seed()) };
                 for (int i = 0; i < bytes.size(); ++i) {
                     unsigned state = ko::cipher::advance(file.seed(), quint64(justSeeked + i));

@@ -58,7 +58,8 @@ void tst_CipherSteps::advanceMatchesLoopUpToBillion()
     // Every seed class walked side by side to 10^9, compared at random offsets on the way.
     constexpr int count = int(sizeof(kSeeds) / sizeof(kSeeds[0]));
     std::mt19937_64 random(2024);
-    std::vector<unsigned long long> offsets { 0, 1, 2, 31, 32, 33, 763, 764, 765, 1024, 1000000000ull };
+    std::vector<unsigned long long> offsets { 0, 1, 2, 31, 32, 33, 763, 764, 765, 1024,
+        1000000000ull };
     std::uniform_int_distribution<unsigned long long> anywhere(0, 1000000000ull);
     for (int i = 0; i < 300; ++i)
         offsets.push_back(anywhere(random));
@@ -69,7 +70,7 @@ void tst_CipherSteps::advanceMatchesLoopUpToBillion()
     unsigned long long walked = 0;
     for (unsigned long long offset : offsets) {
         for (; walked < offset; ++walked) {
-            for (unsigned& state : states)
+            for (unsigned &state : states)
                 state = ko::cipher::step(state);
         }
         for (int i = 0; i < count; ++i) {

@@ -12,7 +12,7 @@ namespace
 class RecordingBuffer : public QBuffer
 {
 public:
-    explicit RecordingBuffer(QStringList* journal)
+    explicit RecordingBuffer(QStringList *journal)
         : mJournal(journal)
     {
         open(QIODevice::ReadWrite);
@@ -25,7 +25,7 @@ public:
     }
 
 private:
-    QStringList* mJournal;
+    QStringList *mJournal;
 };
 
 struct Counted
@@ -55,7 +55,7 @@ void tst_DeviceGuards::eachSignalRestarts_data()
 {
     QTest::addColumn<QString>("signal");
     QTest::addColumn<bool>("earlierDevice");
-    for (const char* signal : { "readyRead", "bytesWritten", "aboutToClose" }) {
+    for (const char *signal : { "readyRead", "bytesWritten", "aboutToClose" }) {
         QTest::addRow("%s", signal) << QString::fromLatin1(signal) << false;
         QTest::addRow("%s of an earlier device", signal) << QString::fromLatin1(signal) << true;
     }
@@ -94,7 +94,8 @@ void tst_DeviceGuards::timeout_data()
     QTest::addColumn<QStringList>("journal");
     QTest::newRow("open, kept") << true << false << QStringList { "closed" };
     QTest::newRow("open, deleted") << true << true << QStringList { "closed", "deleted" };
-    QTest::newRow("closed by its user, deleted") << false << true << QStringList { "closed", "deleted" };
+    QTest::newRow("closed by its user, deleted")
+        << false << true << QStringList { "closed", "deleted" };
     QTest::newRow("closed by its user, kept") << false << false << QStringList { "closed" };
 }
 
@@ -104,7 +105,7 @@ void tst_DeviceGuards::timeout()
     QFETCH(bool, deleteDevice);
     QFETCH(QStringList, journal);
     QStringList seen;
-    auto* buffer = new RecordingBuffer(&seen);
+    auto *buffer = new RecordingBuffer(&seen);
     QPointer<QIODevice> watch(buffer);
     ko::CloseInactive guard(buffer, 50, deleteDevice);
     if (!openAtTimeout)
@@ -122,7 +123,7 @@ void tst_DeviceGuards::timeout()
 
 void tst_DeviceGuards::deviceDeletedElsewhere()
 {
-    auto* buffer = new QBuffer;
+    auto *buffer = new QBuffer;
     buffer->open(QIODevice::ReadOnly);
     ko::CloseInactive guard(buffer, 20, true);
     delete buffer;

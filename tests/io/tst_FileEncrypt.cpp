@@ -16,7 +16,7 @@ namespace
 
 // What reading @p length bytes from raw offset @p pos must give when the cipher has made
 // @p steps steps there: each raw byte deciphered on its own with the state it meets.
-QByteArray oracle(const QByteArray& raw, quint32 seed, qint64 pos, qint64 steps, qint64 length)
+QByteArray oracle(const QByteArray &raw, quint32 seed, qint64 pos, qint64 steps, qint64 length)
 {
     const ko::Enigma engine { ko::Random(seed) };
     QByteArray out;
@@ -30,7 +30,8 @@ QByteArray oracle(const QByteArray& raw, quint32 seed, qint64 pos, qint64 steps,
 }
 
 // Writes @p plain through the device (in pieces) and returns the seed it chose.
-quint32 writeEnciphered(const QString& path, const QByteArray& plain, QIODevice::OpenMode extra = {})
+quint32 writeEnciphered(
+    const QString &path, const QByteArray &plain, QIODevice::OpenMode extra = {})
 {
     ko::FileEncrypt file(path);
     if (!file.open(QIODevice::WriteOnly | extra))
@@ -50,7 +51,7 @@ struct Sample
     QByteArray raw;
 };
 
-Sample writeSample(const QString& path, quint32 contentSeed)
+Sample writeSample(const QString &path, quint32 contentSeed)
 {
     Sample sample;
     sample.plain = randomBytes(70000, contentSeed);
@@ -100,7 +101,7 @@ private Q_SLOTS:
     void readLineGivesRawBytes();
 
 private:
-    QString path(const QString& name) const { return mDir->filePath(name); }
+    QString path(const QString &name) const { return mDir->filePath(name); }
     std::unique_ptr<QTemporaryDir> mDir;
 };
 
@@ -132,7 +133,8 @@ void tst_FileEncrypt::roundTrip()
     const quint32 seed = file.seed();
     QVERIFY(seed != 0);
     if (length == 0)
-        QCOMPARE(file.write(plain), qint64(-1)); // the cipher refuses an empty piece; nothing is written
+        QCOMPARE(
+            file.write(plain), qint64(-1)); // the cipher refuses an empty piece; nothing is written
     // Small, block-sized and larger than the device's own pieces, the cipher carried across writes.
     const int pieces[] = { 7, 16384, 5 << 19 };
     for (int done = 0, i = 0; done < length; ++i) {
@@ -179,12 +181,14 @@ void tst_FileEncrypt::seekAgainstRawOracle()
     ko::FileEncrypt file(name);
     QVERIFY(file.open(QIODevice::ReadOnly | buffering(unbuffered)));
     QCOMPARE(file.read(100), plain.left(100)); // before any seek: the data after the header
-    // A seek to the current position keeps the cipher; a real one would land in the header's shadow.
+    // A seek to the current position keeps the cipher; a real one would land in the header's
+    // shadow.
     QVERIFY(file.seek(100));
     QCOMPARE(file.read(20), plain.mid(100, 20));
-    // Forward inside what a buffered read has fetched ahead, backward, far, to 0 (the header), to the
-    // raw end and beyond it: each read starts at raw offset p with the cipher advanced p steps.
-    for (qint64 p : { 150, 3000, 20000, 20001, 19999, 0, 4, 65000, 69999, 70008, 70003, 80000, 12 }) {
+    // Forward inside what a buffered read has fetched ahead, backward, far, to 0 (the header), to
+    // the raw end and beyond it: each read starts at raw offset p with the cipher advanced p steps.
+    for (qint64 p :
+        { 150, 3000, 20000, 20001, 19999, 0, 4, 65000, 69999, 70008, 70003, 80000, 12 }) {
         QVERIFY(file.seek(p));
         QCOMPARE(file.pos(), p);
         QCOMPARE(file.read(5000), oracle(raw, seed, p, p, 5000));
@@ -202,10 +206,10 @@ void tst_FileEncrypt::seekAgainstRawOracle()
 
 void tst_FileEncrypt::headerCheck_data()
 {
-    // The reader is version 1 with minimum version 1; a full header carries seed 42 and is followed by
-    // 20 bytes. A file shorter than the header opens with the zero-filled rest; where that leaves
-    // the seed 0 (expected seed 0 here) the cipher picks its own. An empty file opened read-only
-    // stays a plain device without a seed.
+    // The reader is version 1 with minimum version 1; a full header carries seed 42 and is followed
+    // by 20 bytes. A file shorter than the header opens with the zero-filled rest; where that
+    // leaves the seed 0 (expected seed 0 here) the cipher picks its own. An empty file opened
+    // read-only stays a plain device without a seed.
     QTest::addColumn<QByteArray>("header");
     QTest::addColumn<bool>("opens");
     QTest::addColumn<uint>("seed");
@@ -218,7 +222,8 @@ void tst_FileEncrypt::headerCheck_data()
     QTest::newRow("same, odd minimum") << full(1, 5) << true << 42u << 0u;
     QTest::newRow("newer, readable") << full(2, 1) << true << 42u << 0u;
     QTest::newRow("newest, readable") << full(127, 0) << true << 42u << 0u;
-    QTest::newRow("reserved bytes") << QByteArray("\x01\x01\xab\xcd\x2a\0\0\0", 8) << true << 42u << 0xcdabu;
+    QTest::newRow("reserved bytes")
+        << QByteArray("\x01\x01\xab\xcd\x2a\0\0\0", 8) << true << 42u << 0xcdabu;
     QTest::newRow("newer minimum") << full(2, 2) << false << 42u << 0u;
     QTest::newRow("older than our minimum") << full(0, 0) << false << 42u << 0u;
     QTest::newRow("negative") << full(-1, 0) << false << 42u << 0u;
@@ -227,7 +232,8 @@ void tst_FileEncrypt::headerCheck_data()
     QTest::newRow("1 byte, version 2") << QByteArray("\x02", 1) << true << 0u << 0u;
     QTest::newRow("4 bytes 01 01 00 00") << QByteArray("\x01\x01\0\0", 4) << true << 0u << 0u;
     QTest::newRow("5 bytes") << full(1, 1).left(5) << true << 42u << 0u;
-    QTest::newRow("7 bytes, seed cut") << QByteArray("\x01\x01\0\0\x2a\x01\x02", 7) << true << 0x2012au << 0u;
+    QTest::newRow("7 bytes, seed cut")
+        << QByteArray("\x01\x01\0\0\x2a\x01\x02", 7) << true << 0x2012au << 0u;
     QTest::newRow("7 bytes, newer minimum") << full(2, 2).left(7) << false << 42u << 0u;
 }
 
@@ -264,7 +270,8 @@ void tst_FileEncrypt::headerCheck()
         QCOMPARE(file.size(), qint64(qMax(0, bytes.size() - 8)));
         QCOMPARE(file.readAll(), oracle(bytes, seed, 8, 0, 20));
         file.close();
-        // The version bytes read (zero-filled) become the device's own, written into the next header.
+        // The version bytes read (zero-filled) become the device's own, written into the next
+        // header.
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         file.close();
         const QByteArray versions
@@ -333,7 +340,8 @@ void tst_FileEncrypt::appendRefusedWithoutReadableHeader()
     ko::FileEncrypt file(name);
     QVERIFY(!file.open(QIODevice::WriteOnly | QIODevice::Append));
     QVERIFY(!file.isOpen());
-    QVERIFY(file.errorString().startsWith(QLatin1String("Cannot read the header of the enciphered file")));
+    QVERIFY(file.errorString().startsWith(
+        QLatin1String("Cannot read the header of the enciphered file")));
     QVERIFY(QFile::setPermissions(name, QFile::ReadOwner | QFile::WriteOwner));
     QCOMPARE(readFile(name).size(), 12);
 }
@@ -344,14 +352,15 @@ void tst_FileEncrypt::readAhead_data()
     // 100 by a seek, or after a line read (which moves the file, not the cipher).
     QTest::addColumn<bool>("unbuffered");
     QTest::addColumn<QString>("start");
-    for (const char* start : { "open", "seek", "line" }) {
+    for (const char *start : { "open", "seek", "line" }) {
         QTest::addRow("%s, buffered", start) << false << QString::fromLatin1(start);
         QTest::addRow("%s, unbuffered", start) << true << QString::fromLatin1(start);
     }
 }
 
 // QIODevice moves pos() back after reading ahead (peek(), buffering) without a seek of ours;
-// what follows must still continue at pos(), and a buffered device must behave as an unbuffered one.
+// what follows must still continue at pos(), and a buffered device must behave as an unbuffered
+// one.
 void tst_FileEncrypt::readAhead()
 {
     QFETCH(bool, unbuffered);

@@ -11,7 +11,7 @@ Q_DECLARE_METATYPE(std::string)
 namespace
 {
 
-std::string bytes(const char* text, size_t length)
+std::string bytes(const char *text, size_t length)
 {
     return std::string(text, length);
 }

@@ -11,7 +11,7 @@
 namespace
 {
 
-template <class T> QString written(const T& value)
+template <class T> QString written(const T &value)
 {
     QString text;
     QTextStream out(&text);
@@ -46,7 +46,8 @@ void tst_komConversions::strings_data()
     QTest::newRow("zero character ends the text") << QString::fromLatin1("ab\0cd", 5);
 }
 
-// UTF-8 round trip of any text without a zero character; the local 8-bit form where it can hold the text.
+// UTF-8 round trip of any text without a zero character; the local 8-bit form where it can hold the
+// text.
 void tst_komConversions::strings()
 {
     QFETCH(QString, text);
@@ -68,8 +69,9 @@ void tst_komConversions::lists_data()
     QTest::addColumn<QString>("expected");
     QTest::newRow("empty") << QStringList() << QString();
     QTest::newRow("one") << QStringList { QStringLiteral("a") } << QStringLiteral("a");
-    QTest::newRow("order and duplicates kept") << QStringList { QStringLiteral("z"), QStringLiteral("a"),
-        QStringLiteral("z") } << QStringLiteral("z,a,z");
+    QTest::newRow("order and duplicates kept")
+        << QStringList { QStringLiteral("z"), QStringLiteral("a"), QStringLiteral("z") }
+        << QStringLiteral("z,a,z");
     QTest::newRow("empty items") << QStringList { QString(), QString() } << QStringLiteral(",");
 }
 
@@ -108,7 +110,7 @@ void tst_komConversions::mapHashRoundTrip()
     // Stored in the map's key order, so the hash walks its pairs in that order.
     komPerlStyleHash::Iterator it = hash.iterator();
     for (auto entry = map.constBegin(); entry != map.constEnd(); ++entry) {
-        const komPerlStyleHash::KeyValuePair* pair = it.nextItem();
+        const komPerlStyleHash::KeyValuePair *pair = it.nextItem();
         QVERIFY(pair);
         QCOMPARE(QByteArray(pair->key().text()), entry.key().toLocal8Bit());
         QCOMPARE(QByteArray(pair->value().text()), entry.value().toLocal8Bit());

@@ -27,7 +27,7 @@ struct OtherLock : komLockInterface
 struct GatedRunnable : komRunnableInterface
 {
     void run() override { gate->acquire(), ++runs; }
-    QSemaphore* gate = nullptr;
+    QSemaphore *gate = nullptr;
     std::atomic<int> runs { 0 };
 };
 
@@ -58,20 +58,21 @@ void tst_komQtSynchronization::lockAndFactory()
     TerminalRecorder recorder;
     komQtSynchronizationFactory factory;
     std::unique_ptr<komLockInterface> lock(factory.newLock());
-    auto* qtLock = dynamic_cast<komQtLock*>(lock.get());
+    auto *qtLock = dynamic_cast<komQtLock *>(lock.get());
     QVERIFY(qtLock);
     QVERIFY(!qtLock->isRecursive());
-    std::unique_ptr<komConditionVariableInterface> condition(factory.newConditionVariable(lock.get()));
+    std::unique_ptr<komConditionVariableInterface> condition(
+        factory.newConditionVariable(lock.get()));
     std::unique_ptr<komThreadSpawnerInterface> spawner(factory.newThreadSpawner());
-    QVERIFY(dynamic_cast<komQtConditionVariable*>(condition.get()));
-    QVERIFY(dynamic_cast<komQtThreadSpawner*>(spawner.get()));
+    QVERIFY(dynamic_cast<komQtConditionVariable *>(condition.get()));
+    QVERIFY(dynamic_cast<komQtThreadSpawner *>(spawner.get()));
     // A condition variable needs a komQtLock.
     OtherLock other;
     QVERIFY(!factory.newConditionVariable(nullptr));
     QVERIFY(!factory.newConditionVariable(&other));
     QCOMPARE(TerminalRecorder::reports,
         QStringList({ "incompatible lock implementation!", "incompatible lock implementation!" }));
-    QCOMPARE(TerminalRecorder::lastSender, static_cast<const komObject*>(&factory));
+    QCOMPARE(TerminalRecorder::lastSender, static_cast<const komObject *>(&factory));
 }
 
 void tst_komQtSynchronization::lockRaces_data()
@@ -107,7 +108,7 @@ void tst_komQtSynchronization::lockRaces()
             }
         });
     }
-    for (std::thread& worker : workers)
+    for (std::thread &worker : workers)
         worker.join();
     QCOMPARE(counter, threads * rounds);
     QCOMPARE(overlaps.load(), 0);
@@ -161,16 +162,19 @@ void tst_komQtSynchronization::spawner_data()
     QTest::addColumn<QStringList>("reports");
     QTest::addColumn<int>("bodies"); // runs of the thread body
     QTest::addColumn<int>("waits"); // waits that sent their two messages
-    const auto row = [](const char* name, const Steps& steps, const QStringList& reports, int bodies,
-                         int waits) { QTest::newRow(name) << steps << reports << bodies << waits; };
+    const auto row
+        = [](const char *name, const Steps &steps, const QStringList &reports, int bodies,
+              int waits) { QTest::newRow(name) << steps << reports << bodies << waits; };
     row("used as meant", { SetRunnable, Spawn, Wait }, {}, 1, 1);
     row("destroyed without wait", { SetRunnable, Spawn }, {}, 1, 1);
     row("never spawned", { SetRunnable }, {}, 0, 0);
-    row("runnable set twice", { SetRunnable, SetRunnable, Spawn, Wait }, { "runnable has already been set!" },
-        1, 1);
+    row("runnable set twice", { SetRunnable, SetRunnable, Spawn, Wait },
+        { "runnable has already been set!" }, 1, 1);
     row("no runnable", { Spawn, Wait }, { "no runnable installed!" }, 1, 1);
-    row("spawned twice", { SetRunnable, Spawn, Spawn, Wait }, { "thread has already been spawned!" }, 1, 1);
-    row("waited twice", { SetRunnable, Spawn, Wait, Wait }, { "thread has already been waited upon!" }, 1, 2);
+    row("spawned twice", { SetRunnable, Spawn, Spawn, Wait },
+        { "thread has already been spawned!" }, 1, 1);
+    row("waited twice", { SetRunnable, Spawn, Wait, Wait },
+        { "thread has already been waited upon!" }, 1, 2);
     row("spawned after the wait", { SetRunnable, Spawn, Wait, Spawn },
         { "thread has already been waited upon!", "thread has already been spawned!" }, 2, 1);
 }
@@ -201,12 +205,12 @@ void tst_komQtSynchronization::spawner()
         }
         QCOMPARE(TerminalRecorder::reports, reports);
         QCOMPARE(TerminalRecorder::lastSender,
-            reports.isEmpty() ? nullptr : static_cast<const komObject*>(&spawner));
+            reports.isEmpty() ? nullptr : static_cast<const komObject *>(&spawner));
         gate.release(2);
         spawner.wait(); // a restart after the wait is not waited for by the spawner
     }
     int runs = 0;
-    for (const auto& runnable : qAsConst(runnables)) {
+    for (const auto &runnable : qAsConst(runnables)) {
         QCOMPARE(runnable.useCount(), 1L); // the spawner let go of it
         runs += runnable->runs;
     }

@@ -4,8 +4,8 @@
 #include <QTimeZone>
 #include <QtTest>
 
-// Registered three times: with TZ=UTC, TZ=Europe/Berlin and TZ=America/Sao_Paulo (daylight saving, once
-// starting at midnight) for the local-time paths.
+// Registered three times: with TZ=UTC, TZ=Europe/Berlin and TZ=America/Sao_Paulo (daylight saving,
+// once starting at midnight) for the local-time paths.
 
 namespace
 {
@@ -14,7 +14,8 @@ const unsigned long long kSecond = 1000000ULL;
 const unsigned long long kLastSecond = 4294967295ULL; // 2106-02-07 06:28:15 UTC
 const QString kFormat = QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz");
 
-QDateTime utc(int year, int month, int day, int hour = 0, int minute = 0, int second = 0, int msec = 0)
+QDateTime utc(
+    int year, int month, int day, int hour = 0, int minute = 0, int second = 0, int msec = 0)
 {
     return QDateTime(QDate(year, month, day), QTime(hour, minute, second, msec), Qt::UTC);
 }
@@ -41,11 +42,12 @@ void tst_koqdatetime::toDateTime_data()
     QTest::newRow("epoch") << 0ULL << utc(1970, 1, 1) << utc(1970, 1, 1);
     QTest::newRow("under two seconds")
         << 1999999ULL << utc(1970, 1, 1, 0, 0, 1) << utc(1970, 1, 1, 0, 0, 1, 999);
-    QTest::newRow("millennium") << 946684800123456ULL << utc(2000, 1, 1) << utc(2000, 1, 1, 0, 0, 0, 123);
+    QTest::newRow("millennium") << 946684800123456ULL << utc(2000, 1, 1)
+                                << utc(2000, 1, 1, 0, 0, 0, 123);
     QTest::newRow("last second") << kLastSecond * kSecond + 999999 << utc(2106, 2, 7, 6, 28, 15)
                                  << utc(2106, 2, 7, 6, 28, 15, 999);
-    QTest::newRow("cut to 32 bits") << (kLastSecond + 1) * kSecond + 5999 << utc(1970, 1, 1)
-                                    << utc(1970, 1, 1, 0, 0, 0, 5);
+    QTest::newRow("cut to 32 bits")
+        << (kLastSecond + 1) * kSecond + 5999 << utc(1970, 1, 1) << utc(1970, 1, 1, 0, 0, 0, 5);
 }
 
 void tst_koqdatetime::toDateTime()
@@ -63,9 +65,10 @@ void tst_koqdatetime::toDateTime()
     QCOMPARE(inUtc.toString(kFormat), whole.toString(kFormat));
     QCOMPARE(ko::toQDateTime(frame, Qt::LocalTime), whole);
     QCOMPARE(ko::toQDateTime(frame, Qt::LocalTime).timeSpec(), Qt::LocalTime);
-    // There and back: milliseconds survive the precise pair, whole seconds the others (below the limit,
-    // frame truncated to milliseconds or seconds).
-    const qulonglong ms = precise.toMSecsSinceEpoch() * 1000ULL, s = whole.toSecsSinceEpoch() * kSecond;
+    // There and back: milliseconds survive the precise pair, whole seconds the others (below the
+    // limit, frame truncated to milliseconds or seconds).
+    const qulonglong ms = precise.toMSecsSinceEpoch() * 1000ULL,
+                     s = whole.toSecsSinceEpoch() * kSecond;
     QCOMPARE(ko::fromQDateTime(ko::toQDateTime(frame)), ms);
     QCOMPARE(ko::frameTime(ko::dateTime(frame)), s);
     QCOMPARE(ko::fromQDateTime(inUtc), s);
@@ -97,10 +100,10 @@ void tst_koqdatetime::localTime_data()
 
     struct Row
     {
-        const char* zone;
-        const char* name;
+        const char *zone;
+        const char *name;
         qulonglong frame;
-        const char* wall;
+        const char *wall;
         qulonglong dayStart;
     };
     static const Row rows[] = {
@@ -112,20 +115,21 @@ void tst_koqdatetime::localTime_data()
             1616886000 },
         { "Europe/Berlin", "after spring forward", 1616893200000000ULL, "2021-03-28 03:00:00.000",
             1616886000 },
-        { "Europe/Berlin", "next day locally", 1626301800000999ULL, "2021-07-15 00:30:00.000", 1626300000 },
+        { "Europe/Berlin", "next day locally", 1626301800000999ULL, "2021-07-15 00:30:00.000",
+            1626300000 },
         // Clocks went from 23:59:59 straight to 01:00 on 2018-11-04: that day has no midnight.
-        { "America/Sao_Paulo", "day without midnight", 1541300400000000ULL, "2018-11-04 01:00:00.000",
-            1541300400 },
-        { "America/Sao_Paulo", "last instant before it", 1541300399999000ULL, "2018-11-03 23:59:59.999",
-            1541214000 },
-        { "America/Sao_Paulo", "after the hour repeated", 1550372400000000ULL, "2019-02-17 00:00:00.000",
-            1550372400 },
+        { "America/Sao_Paulo", "day without midnight", 1541300400000000ULL,
+            "2018-11-04 01:00:00.000", 1541300400 },
+        { "America/Sao_Paulo", "last instant before it", 1541300399999000ULL,
+            "2018-11-03 23:59:59.999", 1541214000 },
+        { "America/Sao_Paulo", "after the hour repeated", 1550372400000000ULL,
+            "2019-02-17 00:00:00.000", 1550372400 },
         { "America/Sao_Paulo", "no daylight saving", 1626350400250750ULL, "2021-07-15 09:00:00.250",
             1626318000 },
     };
     const QByteArray zone = qgetenv("TZ");
     QVERIFY2(QTimeZone(zone).isValid(), "no time zone data for TZ (tzdata)");
-    for (const Row& row : rows) {
+    for (const Row &row : rows) {
         if (zone == row.zone)
             QTest::newRow(row.name) << row.frame << QString::fromLatin1(row.wall) << row.dayStart;
     }
@@ -144,7 +148,8 @@ void tst_koqdatetime::localTime()
 
     const QDateTime local = QDateTime::fromString(wall, kFormat);
     QCOMPARE(ko::fromQDateTime(local.date(), local.time()), frame / 1000 * 1000);
-    // A valid date without a valid time stands for the start of its local day: midnight where it exists.
+    // A valid date without a valid time stands for the start of its local day: midnight where it
+    // exists.
     QCOMPARE(ko::fromQDateTime(local.date(), QTime()), dayStart * kSecond);
 }
 

@@ -14,7 +14,8 @@ namespace
 class Recorder : public komStatusMessageHandlerInterface
 {
 public:
-    void sendStatusMessage(kom::StatusMessageType, const komString& text, const komObject*) override
+    void sendStatusMessage(
+        kom::StatusMessageType, const komString &text, const komObject *) override
     {
         received << QString::fromLatin1(text.text());
     }
@@ -40,9 +41,9 @@ void tst_KomLogHandler::typeToLevel_data()
     QTest::addColumn<int>("type");
     QTest::addColumn<int>("threshold");
     QTest::addColumn<int>("level");
-    const int map[][2] = { { 40, 1 }, { 45, 1 }, { 50, 1 }, { 60, 2 }, { 70, 3 }, { 80, 4 }, { 39, -1 },
-        { 55, -1 }, { 90, -1 } };
-    for (const auto& row : map)
+    const int map[][2] = { { 40, 1 }, { 45, 1 }, { 50, 1 }, { 60, 2 }, { 70, 3 }, { 80, 4 },
+        { 39, -1 }, { 55, -1 }, { 90, -1 } };
+    for (const auto &row : map)
         QTest::addRow("%d", row[0]) << row[0] << 0 << row[1];
     QTest::newRow("50 at the log's threshold") << 50 << 1 << 1;
     QTest::newRow("50 below the log's threshold") << 50 << 2 << -1;
@@ -59,7 +60,8 @@ void tst_KomLogHandler::typeToLevel()
     handler.sendStatusMessage(kom::StatusMessageType(type), "status text", nullptr);
     QCOMPARE(capture.allLines(),
         level < 0 ? QStringList() : QStringList { QString::number(level) + "| kom> status text" });
-    QCOMPARE(ko::LogQt::lineCount(Log::ELevel(qMax(level, 0))) - before, quint64(level < 0 ? 0 : 1));
+    QCOMPARE(
+        ko::LogQt::lineCount(Log::ELevel(qMax(level, 0))) - before, quint64(level < 0 ? 0 : 1));
 }
 
 void tst_KomLogHandler::installReplacesHandlers()
@@ -67,12 +69,12 @@ void tst_KomLogHandler::installReplacesHandlers()
     QVERIFY(!KomLogHandler::s_instance);
     KomLogHandler::setDefaultVerbosity(kom::StatusError); // nothing to set yet: harmless
     LogCapture capture;
-    kom::komStatusMessageProcessor* processor = kom::komStatusMessageProcessor::defaultProcessor();
+    kom::komStatusMessageProcessor *processor = kom::komStatusMessageProcessor::defaultProcessor();
     Recorder earlier;
     processor->addStatusMessageHandler(&earlier);
 
     ko::LogQt::installKomHandler(kom::StatusWarning);
-    KomLogHandler* installed = KomLogHandler::s_instance;
+    KomLogHandler *installed = KomLogHandler::s_instance;
     QVERIFY(installed);
     QCOMPARE(installed->verbosity(), kom::StatusWarning);
     QCOMPARE(processor->handlerCount(), 1);
@@ -89,7 +91,8 @@ void tst_KomLogHandler::installReplacesHandlers()
     // A second install keeps the first handler alive but unregistered.
     KomLogHandler::install(kom::StatusTrace);
     QVERIFY(KomLogHandler::s_instance != installed);
-    QCOMPARE(capture.lines(Log::Message).last(), QStringLiteral(" kom> Installing KomLogHandler..."));
+    QCOMPARE(
+        capture.lines(Log::Message).last(), QStringLiteral(" kom> Installing KomLogHandler..."));
     processor->removeStatusMessageHandlers();
     delete installed;
 }

@@ -20,15 +20,16 @@ using ko::LogQt;
 namespace
 {
 
-using StreamSetup = void (*)(QTextStream&);
-using LineWriter = void (*)(ko::LogLine&);
-using OstreamSetup = void (*)(std::ostream&);
+using StreamSetup = void (*)(QTextStream &);
+using LineWriter = void (*)(ko::LogLine &);
+using OstreamSetup = void (*)(std::ostream &);
 
 // The bytes of the lines written into @p out, each without its time and level prefix.
-QByteArray withoutPrefixes(const std::ostringstream& out)
+QByteArray withoutPrefixes(const std::ostringstream &out)
 {
     QByteArray result;
-    for (const QString& line : QString::fromLatin1(QByteArray::fromStdString(out.str())).split(QLatin1Char('\n')))
+    for (const QString &line :
+        QString::fromLatin1(QByteArray::fromStdString(out.str())).split(QLatin1Char('\n')))
         result += LogCapture::stripPrefix(line).toLatin1() + '\n';
     result.chop(1);
     return result;
@@ -36,7 +37,7 @@ QByteArray withoutPrefixes(const std::ostringstream& out)
 
 // Points @p level of the process-wide log at @p out and returns a new text stream for it: a buffer
 // in between makes sure the stream is renewed even when @p out stands where an old buffer stood.
-QTextStream* freshStream(Log::ELevel level, std::ostream& out)
+QTextStream *freshStream(Log::ELevel level, std::ostream &out)
 {
     std::ostringstream between;
     Log::instance().setStream(level, &between, false);
@@ -78,13 +79,14 @@ void tst_LogQt::levelSetters()
 {
     using Setter = void (LogQt::*)();
     // Each setter changes the level from the one before it.
-    const QPair<Setter, int> setters[] = { { &LogQt::setDebugLogLevel, 0 }, { &LogQt::setWarningLogLevel, 2 },
-        { &LogQt::setMessageLogLevel, 1 }, { &LogQt::setImportantLogLevel, 2 },
-        { &LogQt::setErrorLogLevel, 3 }, { &LogQt::setFatalErrorLogLevel, 4 } };
+    const QPair<Setter, int> setters[]
+        = { { &LogQt::setDebugLogLevel, 0 }, { &LogQt::setWarningLogLevel, 2 },
+              { &LogQt::setMessageLogLevel, 1 }, { &LogQt::setImportantLogLevel, 2 },
+              { &LogQt::setErrorLogLevel, 3 }, { &LogQt::setFatalErrorLogLevel, 4 } };
     Log fronted;
     LogQt front(fronted);
     QCOMPARE(&front.mutex(), &fronted.mutex());
-    for (const auto& setter : setters) {
+    for (const auto &setter : setters) {
         (front.*setter.first)();
         QCOMPARE(int(front.logLevel()), setter.second);
         QCOMPARE(int(fronted.logLevel()), setter.second);
@@ -95,10 +97,11 @@ void tst_LogQt::getStream()
 {
     Log fronted;
     LogQt front(fronted);
-    QTextStream* debug = front.getStream(Log::Debug);
+    QTextStream *debug = front.getStream(Log::Debug);
     QVERIFY(debug);
     QCOMPARE(front.getStream(Log::ELevel(7)), debug);
-    QCOMPARE(front.getStream(Log::ELevel(-1)), debug); // negative levels are outside the contract: slot 0
+    QCOMPARE(front.getStream(Log::ELevel(-1)),
+        debug); // negative levels are outside the contract: slot 0
     QCOMPARE(front.getStream(Log::ELevel(-1000000)), debug);
     QVERIFY(front.getStream(Log::Warning) != debug);
 
@@ -114,7 +117,7 @@ void tst_LogQt::getStream()
     fronted.setStream(Log::Warning, &first, false);
     *front.getStream(Log::Warning) << "one" << Qt::flush;
     std::stringbuf replacement;
-    static_cast<std::ostream&>(first).rdbuf(&replacement);
+    static_cast<std::ostream &>(first).rdbuf(&replacement);
     *front.getStream(Log::Warning) << "two" << Qt::flush;
     QCOMPARE(QString::fromStdString(first.str() + replacement.str()), QStringLiteral("onetwo"));
     std::ostringstream second;
@@ -125,7 +128,7 @@ void tst_LogQt::getStream()
     // A front of its own base part writes to its own streams.
     LogQt own;
     std::ostringstream ownOut;
-    static_cast<Log&>(own).setStream(Log::Error, &ownOut, false);
+    static_cast<Log &>(own).setStream(Log::Error, &ownOut, false);
     *own.getStream(Log::Error) << "own" << Qt::flush;
     QCOMPARE(QString::fromStdString(ownOut.str()), QStringLiteral("own"));
 }
@@ -147,7 +150,7 @@ void tst_LogQt::setLogFileOverloads()
     const QString viaQString = dir.filePath(QStringLiteral("qstring.log"));
     Log fronted;
     LogQt front(fronted);
-    Log& ownPart = front;
+    Log &ownPart = front;
 
     // const char* configures the fronted log; QString the front's own ko::Log part.
     front.setLogFile(Log::Error, viaChar.toLatin1().constData(), false);
@@ -188,7 +191,8 @@ void tst_LogQt::lineIdiom()
     ko::LogLine(Log::ELevel(level)) << "count: " << 3 << ' ' << QStringLiteral("items");
     LogQt::write(Log::ELevel(level), QStringLiteral("second"));
     QCOMPARE(LogQt::lineCount(Log::ELevel(level)) - counted, quint64(written ? 2 : 0));
-    QCOMPARE(capture.lines(slot), written ? QStringList({ "count: 3 items", "second" }) : QStringList());
+    QCOMPARE(
+        capture.lines(slot), written ? QStringList({ "count: 3 items", "second" }) : QStringList());
     if (written)
         QVERIFY(capture.text(slot).contains(QLatin1String(Log::levelName(Log::ELevel(level)))));
 }
@@ -196,7 +200,7 @@ void tst_LogQt::lineIdiom()
 void tst_LogQt::lineKeepsNumberFlags()
 {
     LogCapture capture;
-    QTextStream* stream = LogQt::s_instance.getStream(Log::Message);
+    QTextStream *stream = LogQt::s_instance.getStream(Log::Message);
     stream->setNumberFlags(QTextStream::ForceSign);
     ko::LogLine(Log::Message) << Qt::showbase << Qt::hex << 255;
     QCOMPARE(stream->numberFlags(), QTextStream::ForceSign);
@@ -212,75 +216,101 @@ void tst_LogQt::lineBytes_data()
     QTest::addColumn<StreamSetup>("setup");
     QTest::addColumn<LineWriter>("write");
     QTest::addColumn<QByteArray>("bytes");
-    const StreamSetup none = [](QTextStream&) {};
-    QTest::newRow("integer limits") << none << LineWriter([](ko::LogLine& l) {
-        l << short(SHRT_MIN) << ' ' << ushort(USHRT_MAX) << ' ' << INT_MIN << ' ' << UINT_MAX << ' ' << LONG_MIN << ' '
-          << ULONG_MAX << ' ' << LLONG_MIN << ' ' << ULLONG_MAX << ' ' << 0;
-    }) << QByteArray("-32768 65535 -2147483648 4294967295 -9223372036854775808 18446744073709551615 "
-                     "-9223372036854775808 18446744073709551615 0\n");
-    QTest::newRow("other values") << none << LineWriter([](ko::LogLine& l) {
-        l << true << ' ' << 1.5 << ' ' << 'x' << QChar(0x20ac) << QLatin1String("l1") << QStringView(u"sv")
-          << static_cast<const char*>(nullptr) << QByteArray("ba") << reinterpret_cast<const void*>(0x10);
+    const StreamSetup none = [](QTextStream &) {};
+    QTest::newRow("integer limits")
+        << none << LineWriter([](ko::LogLine &l) {
+               l << short(SHRT_MIN) << ' ' << ushort(USHRT_MAX) << ' ' << INT_MIN << ' ' << UINT_MAX
+                 << ' ' << LONG_MIN << ' ' << ULONG_MAX << ' ' << LLONG_MIN << ' ' << ULLONG_MAX
+                 << ' ' << 0;
+           })
+        << QByteArray(
+               "-32768 65535 -2147483648 4294967295 -9223372036854775808 18446744073709551615 "
+               "-9223372036854775808 18446744073709551615 0\n");
+    QTest::newRow("other values") << none << LineWriter([](ko::LogLine &l) {
+        l << true << ' ' << 1.5 << ' ' << 'x' << QChar(0x20ac) << QLatin1String("l1")
+          << QStringView(u"sv") << static_cast<const char *>(nullptr) << QByteArray("ba")
+          << reinterpret_cast<const void *>(0x10);
     }) << QByteArray("1 1.5 x\xe2\x82\xacl1svba0x10\n");
-    QTest::newRow("Latin-1 characters") << none << LineWriter([](ko::LogLine& l) {
+    QTest::newRow("Latin-1 characters") << none << LineWriter([](ko::LogLine &l) {
         l << "caf\xe9" << QLatin1String("\xe0") << '\xfc';
     }) << QByteArray("caf\xc3\xa9\xc3\xa0\xc3\xbc\n");
-    QTest::newRow("UTF-16 text") << none << LineWriter([](ko::LogLine& l) {
-        l << QString::fromUtf8("Gr\xc3\xbc\xc3\x9f" "e \xe6\x97\xa5 \xf0\x9f\x98\x80");
-    }) << QByteArray("Gr\xc3\xbc\xc3\x9f" "e \xe6\x97\xa5 \xf0\x9f\x98\x80\n");
-    QTest::newRow("surrogates") << none << LineWriter([](ko::LogLine& l) {
-        l << QString(QChar(0xd83d)) << QString(QChar(0xde00)) << ' ' << QString(QChar(0xdc00)) << 'a'
-          << QString(QChar(0xd800));
+    QTest::newRow("UTF-16 text") << none << LineWriter([](ko::LogLine &l) {
+        l << QString::fromUtf8("Gr\xc3\xbc\xc3\x9f"
+                               "e \xe6\x97\xa5 \xf0\x9f\x98\x80");
+    })
+                                 << QByteArray("Gr\xc3\xbc\xc3\x9f"
+                                               "e \xe6\x97\xa5 \xf0\x9f\x98\x80\n");
+    QTest::newRow("surrogates") << none << LineWriter([](ko::LogLine &l) {
+        l << QString(QChar(0xd83d)) << QString(QChar(0xde00)) << ' ' << QString(QChar(0xdc00))
+          << 'a' << QString(QChar(0xd800));
     }) << QByteArray("\xf0\x9f\x98\x80 ?a?\n");
-    QTest::newRow("UTF-8 boundaries") << none << LineWriter([](ko::LogLine& l) {
+    QTest::newRow("UTF-8 boundaries") << none << LineWriter([](ko::LogLine &l) {
         const char16_t units[] = { 0x7f, 0x80, 0x7ff, 0x800, 0xd7ff, 0xe000, 0xfffe, 0xffff };
         l << QString::fromUtf16(units, 8) << QChar(0xff) << "abcdefgh\x80";
-    }) << QByteArray("\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbe\xef\xbf\xbf"
-                     "\xc3\xbf" "abcdefgh\xc2\x80\n");
-    QTest::newRow("letters, then a value the stream formats") << none << LineWriter([](ko::LogLine& l) {
-        l << QString::fromUtf8("\xc3\xbc") << "\xe9" << 2 << 1.5 << "\xe9" << 3;
-    }) << QByteArray("\xc3\xbc\xc3\xa9" "21.5\xc3\xa9" "3\n");
-    QTest::newRow("empty line") << none << LineWriter([](ko::LogLine&) {}) << QByteArray("\n");
-    QTest::newRow("long line") << none << LineWriter([](ko::LogLine& l) {
+    })
+                                      << QByteArray("\x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xed\x9f\xbf"
+                                                    "\xee\x80\x80\xef\xbf\xbe\xef\xbf\xbf"
+                                                    "\xc3\xbf"
+                                                    "abcdefgh\xc2\x80\n");
+    QTest::newRow("letters, then a value the stream formats")
+        << none << LineWriter([](ko::LogLine &l) {
+               l << QString::fromUtf8("\xc3\xbc") << "\xe9" << 2 << 1.5 << "\xe9" << 3;
+           })
+        << QByteArray("\xc3\xbc\xc3\xa9"
+                      "21.5\xc3\xa9"
+                      "3\n");
+    QTest::newRow("empty line") << none << LineWriter([](ko::LogLine &) {}) << QByteArray("\n");
+    QTest::newRow("long line") << none << LineWriter([](ko::LogLine &l) {
         l << QString(20000, QLatin1Char('x')) << QString::fromUtf8("\xc3\xbc") << "\xe9";
     }) << QByteArray(20000, 'x') + "\xc3\xbc\xc3\xa9\n";
-    QTest::newRow("grown, then a surrogate") << none << LineWriter([](ko::LogLine& l) {
+    QTest::newRow("grown, then a surrogate") << none << LineWriter([](ko::LogLine &l) {
         l << QString(100, QLatin1Char('a')) + QString(200, QChar(0xfc)) + QChar(0xdc00);
     }) << QByteArray(100, 'a') + QByteArray("\xc3\xbc").repeated(200) + "?\n";
-    QTest::newRow("manipulators") << none << LineWriter([](ko::LogLine& l) {
-        l << Qt::hex << 255 << ' ' << Qt::dec << 10 << Qt::center << qSetFieldWidth(5) << 'x' << qSetFieldWidth(0)
-          << Qt::left << "y";
+    QTest::newRow("manipulators") << none << LineWriter([](ko::LogLine &l) {
+        l << Qt::hex << 255 << ' ' << Qt::dec << 10 << Qt::center << qSetFieldWidth(5) << 'x'
+          << qSetFieldWidth(0) << Qt::left << "y";
     }) << QByteArray("ff 10  x  y\n");
-    QTest::newRow("force sign") << StreamSetup([](QTextStream& s) { s.setNumberFlags(QTextStream::ForceSign); })
-                                << LineWriter([](ko::LogLine& l) { l << 5 << ' ' << -5; }) << QByteArray("+5 -5\n");
-    QTest::newRow("hexadecimal") << StreamSetup([](QTextStream& s) { s.setIntegerBase(16); })
-                                 << LineWriter([](ko::LogLine& l) { l << 255 << "x"; }) << QByteArray("ffx\n");
-    QTest::newRow("field width") << StreamSetup([](QTextStream& s) { s.setFieldWidth(4); })
-                                 << LineWriter([](ko::LogLine& l) { l << 5 << "ab"; })
+    QTest::newRow("force sign") << StreamSetup([](QTextStream &s) {
+        s.setNumberFlags(QTextStream::ForceSign);
+    }) << LineWriter([](ko::LogLine &l) { l << 5 << ' ' << -5; })
+                                << QByteArray("+5 -5\n");
+    QTest::newRow("hexadecimal") << StreamSetup([](QTextStream &s) { s.setIntegerBase(16); })
+                                 << LineWriter([](ko::LogLine &l) { l << 255 << "x"; })
+                                 << QByteArray("ffx\n");
+    QTest::newRow("field width") << StreamSetup([](QTextStream &s) { s.setFieldWidth(4); })
+                                 << LineWriter([](ko::LogLine &l) { l << 5 << "ab"; })
                                  << QByteArray("   5  ab   \n");
-    QTest::newRow("German locale") << StreamSetup([](QTextStream& s) { s.setLocale(QLocale(QLocale::German)); })
-                                   << LineWriter([](ko::LogLine& l) { l << 1234567 << ' ' << -1234; })
-                                   << QByteArray("1.234.567 -1.234\n");
-    QTest::newRow("Latin-1 codec") << StreamSetup([](QTextStream& s) { ko::compat::writeLatin1(s); })
-                                   << LineWriter([](ko::LogLine& l) { l << QString::fromUtf8("\xc3\xa9") << 1; })
-                                   << QByteArray("\xe9" "1\n");
-    QTest::newRow("byte order mark") << StreamSetup([](QTextStream& s) { s.setGenerateByteOrderMark(true); })
-                                     << LineWriter([](ko::LogLine& l) { l << "a"; })
-                                     << QByteArray("\xef\xbb\xbf" "a\n");
-    QTest::newRow("failed stream") << StreamSetup([](QTextStream& s) { s.setStatus(QTextStream::WriteFailed); })
-                                   << LineWriter([](ko::LogLine& l) { l << "dropped"; }) << QByteArray("");
-    QTest::newRow("text left in the stream") << StreamSetup([](QTextStream& s) { s << "left "; })
-                                             << LineWriter([](ko::LogLine& l) { l << "line"; })
-                                             << QByteArray("left line\n");
+    QTest::newRow("German locale")
+        << StreamSetup([](QTextStream &s) { s.setLocale(QLocale(QLocale::German)); })
+        << LineWriter([](ko::LogLine &l) { l << 1234567 << ' ' << -1234; })
+        << QByteArray("1.234.567 -1.234\n");
+    QTest::newRow("Latin-1 codec")
+        << StreamSetup([](QTextStream &s) { ko::compat::writeLatin1(s); })
+        << LineWriter([](ko::LogLine &l) { l << QString::fromUtf8("\xc3\xa9") << 1; })
+        << QByteArray("\xe9"
+                      "1\n");
+    QTest::newRow("byte order mark")
+        << StreamSetup([](QTextStream &s) { s.setGenerateByteOrderMark(true); })
+        << LineWriter([](ko::LogLine &l) { l << "a"; })
+        << QByteArray("\xef\xbb\xbf"
+                      "a\n");
+    QTest::newRow("failed stream")
+        << StreamSetup([](QTextStream &s) { s.setStatus(QTextStream::WriteFailed); })
+        << LineWriter([](ko::LogLine &l) { l << "dropped"; }) << QByteArray("");
+    QTest::newRow("text left in the stream")
+        << StreamSetup([](QTextStream &s) { s << "left "; })
+        << LineWriter([](ko::LogLine &l) { l << "line"; }) << QByteArray("left line\n");
 }
 
-// The bytes of a line after its prefix, for the values and the text stream's states a caller may use.
+// The bytes of a line after its prefix, for the values and the text stream's states a caller may
+// use.
 void tst_LogQt::lineBytes()
 {
     QFETCH(StreamSetup, setup);
     QFETCH(LineWriter, write);
     QFETCH(QByteArray, bytes);
-    std::ostringstream out; // outlives the capture, which flushes it when putting the old streams back
+    std::ostringstream
+        out; // outlives the capture, which flushes it when putting the old streams back
     LogCapture capture;
     setup(*freshStream(Log::Warning, out));
     {
@@ -297,7 +327,7 @@ namespace
 struct ShortBuffer : std::stringbuf
 {
     std::streamsize room = 40;
-    std::streamsize xsputn(const char* s, std::streamsize n) override
+    std::streamsize xsputn(const char *s, std::streamsize n) override
     {
         const std::streamsize taken = std::min(n, room);
         room -= taken;
@@ -313,7 +343,7 @@ void tst_LogQt::shortWriteFailsTheStream()
     ShortBuffer buffer;
     std::ostream out(&buffer);
     LogCapture capture;
-    QTextStream* stream = freshStream(Log::Warning, out);
+    QTextStream *stream = freshStream(Log::Warning, out);
     ko::LogLine(Log::Warning) << "0123456789";
     QCOMPARE(stream->status(), QTextStream::WriteFailed);
     const std::string first = buffer.str();
@@ -329,19 +359,24 @@ void tst_LogQt::markedLineBytes_data()
     QTest::addColumn<QByteArray>("text"); // a null array stands for a null text
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("bad");
-    const OstreamSetup none = [](std::ostream&) {};
+    const OstreamSetup none = [](std::ostream &) {};
     QTest::newRow("plain") << none << QByteArray("x") << QByteArray(" Qt> x\n") << false;
-    QTest::newRow("bytes unchanged") << none << QByteArray("\xc3\xa9\xe9") << QByteArray(" Qt> \xc3\xa9\xe9\n") << false;
-    QTest::newRow("null text sets the bad bit") << none << QByteArray() << QByteArray(" Qt> ") << true;
-    QTest::newRow("format flags") << OstreamSetup([](std::ostream& os) { os << std::hex << std::showbase; })
+    QTest::newRow("bytes unchanged")
+        << none << QByteArray("\xc3\xa9\xe9") << QByteArray(" Qt> \xc3\xa9\xe9\n") << false;
+    QTest::newRow("null text sets the bad bit")
+        << none << QByteArray() << QByteArray(" Qt> ") << true;
+    QTest::newRow("format flags") << OstreamSetup(
+        [](std::ostream &os) { os << std::hex << std::showbase; })
                                   << QByteArray("x") << QByteArray(" Qt> x\n") << false;
-    QTest::newRow("width pads the marker") << OstreamSetup([](std::ostream& os) { os.width(8); }) << QByteArray("x")
-                                           << QByteArray("    Qt> x\n") << false;
-    QTest::newRow("bad stream") << OstreamSetup([](std::ostream& os) { os.setstate(std::ios_base::badbit); })
+    QTest::newRow("width pads the marker") << OstreamSetup([](std::ostream &os) { os.width(8); })
+                                           << QByteArray("x") << QByteArray("    Qt> x\n") << false;
+    QTest::newRow("bad stream") << OstreamSetup(
+        [](std::ostream &os) { os.setstate(std::ios_base::badbit); })
                                 << QByteArray("x") << QByteArray("") << true;
 }
 
-// The marked lines of the Qt and middleware handlers go straight onto the std::ostream and keep its format flags.
+// The marked lines of the Qt and middleware handlers go straight onto the std::ostream and keep its
+// format flags.
 void tst_LogQt::markedLineBytes()
 {
     QFETCH(OstreamSetup, setup);
@@ -380,10 +415,13 @@ void tst_LogQt::linesFromManyThreads()
                 if (i % 3 == 0)
                     ko::LogLine(Log::ELevel(i % 5)) << "thread " << t << " line " << i << " end";
                 else if (i % 3 == 1)
-                    ko::LogLine(Log::ELevel(i % 5)) << "thread " << double(t) << " line " << Qt::dec << i << " end";
+                    ko::LogLine(Log::ELevel(i % 5))
+                        << "thread " << double(t) << " line " << Qt::dec << i << " end";
                 else
-                    LogQt::qtMsgHandler(QtWarningMsg, QByteArray("thread " + QByteArray::number(t) + " line "
-                                                          + QByteArray::number(i) + " end").constData());
+                    LogQt::qtMsgHandler(QtWarningMsg,
+                        QByteArray("thread " + QByteArray::number(t) + " line "
+                            + QByteArray::number(i) + " end")
+                            .constData());
             }
             --running;
         });
@@ -391,19 +429,20 @@ void tst_LogQt::linesFromManyThreads()
     int switches = 0;
     while (running > 0)
         LogQt::s_instance.setLogFile(paths[++switches % 2].constData(), true);
-    for (auto& worker : workers)
+    for (auto &worker : workers)
         worker.join();
     QVERIFY(switches > 0);
 
     // Each file holds whole lines, each thread's in its order; together they hold every line once.
     QVector<QVector<int>> seen(threads);
     const QRegularExpression shape(QStringLiteral("^(?: Qt> )?thread (\\d) line (\\d+) end$"));
-    for (const QByteArray& path : paths) {
+    for (const QByteArray &path : paths) {
         QFile file(QString::fromLatin1(path));
         QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
         QVector<int> last(threads, -1);
         while (!file.atEnd()) {
-            const QString line = LogCapture::stripPrefix(QString::fromLatin1(file.readLine()).chopped(1));
+            const QString line
+                = LogCapture::stripPrefix(QString::fromLatin1(file.readLine()).chopped(1));
             const QRegularExpressionMatch match = shape.match(line);
             QVERIFY2(match.hasMatch(), qPrintable(line));
             const int t = match.captured(1).toInt();
@@ -414,7 +453,7 @@ void tst_LogQt::linesFromManyThreads()
             seen[t] << i;
         }
     }
-    for (QVector<int>& indexes : seen) {
+    for (QVector<int> &indexes : seen) {
         std::sort(indexes.begin(), indexes.end());
         QCOMPARE(indexes.size(), lines);
         QCOMPARE(indexes.first(), 0);
@@ -449,8 +488,8 @@ void tst_LogQt::qtMsgHandlerLevels()
     for (int l = 0; l < Log::LevelCount; ++l) {
         const QString text = capture.text(Log::ELevel(l));
         if (l == level) {
-            QVERIFY(
-                text.endsWith(QLatin1String(Log::levelName(Log::ELevel(l))) + QLatin1String("  Qt> x\n")));
+            QVERIFY(text.endsWith(
+                QLatin1String(Log::levelName(Log::ELevel(l))) + QLatin1String("  Qt> x\n")));
             QCOMPARE(capture.lines(Log::ELevel(l)), QStringList { " Qt> x" });
         } else {
             QVERIFY2(text.isEmpty(), qPrintable(text));
@@ -472,7 +511,8 @@ void tst_LogQt::installedQtHandler()
         qWarning("below the threshold");
         QCOMPARE(capture.allLines(), (QStringList { "2| Qt> warned 1", "3| Qt> critical" }));
     }
-    // Qt Test's handler again; on Qt 5 it takes precedence over the one of the older kind left behind.
+    // Qt Test's handler again; on Qt 5 it takes precedence over the one of the older kind left
+    // behind.
     qInstallMessageHandler(testHandler);
 }
 

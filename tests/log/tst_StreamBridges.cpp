@@ -40,7 +40,8 @@ void tst_StreamBridges::deviceBufferWrites()
     QVERIFY(stream.fail());
     QCOMPARE(adaptor.pubsync(), 1);
 
-    // A copy has no device and fails quietly (outside the caller's contract); assignment keeps the device.
+    // A copy has no device and fails quietly (outside the caller's contract); assignment keeps the
+    // device.
     ko::DeviceStreamBuffer copy(adaptor);
     QVERIFY(!copy.device());
     QBuffer second;
@@ -57,9 +58,10 @@ void tst_StreamBridges::deviceBufferReads_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QByteArray>("getline");
     QTest::addColumn<QByteArray>("chars");
-    const auto row = [](const char* name, const QByteArray& bytes, const char* getline, const char* chars) {
-        QTest::newRow(name) << bytes << QByteArray(getline) << QByteArray(chars);
-    };
+    const auto row
+        = [](const char *name, const QByteArray &bytes, const char *getline, const char *chars) {
+              QTest::newRow(name) << bytes << QByteArray(getline) << QByteArray(chars);
+          };
     row("plain", "ab\ncd", "ab", "abcd");
     // 255 sign-extends to -1 and reads as end of file, through underflow and uflow alike.
     row("byte 255 ends input",
@@ -166,18 +168,20 @@ void tst_StreamBridges::streambufDeviceWide()
     const qint64 bytes = qint64(sizeof(wchar_t)) * 2; // the storage of "ab"
     // A wide character counts as two bytes and the result is a character count;
     // no more characters are taken than the bytes given can hold.
-    const qint64 written = device.write(reinterpret_cast<const char*>(text), bytes);
+    const qint64 written = device.write(reinterpret_cast<const char *>(text), bytes);
     const qint64 expected = qMin<qint64>(bytes / 2, bytes / qint64(sizeof(wchar_t)));
     QCOMPARE(written, expected);
     QCOMPARE(out.str(), std::wstring(text, size_t(expected)));
 
-    // A read as large as the device's buffer chunk goes straight to the stream buffer: the byte count
-    // is passed on as a character count (limited to what fits) and characters are counted back.
+    // A read as large as the device's buffer chunk goes straight to the stream buffer: the byte
+    // count is passed on as a character count (limited to what fits) and characters are counted
+    // back.
     std::wistringstream in(L"xyz");
     ko::TStreambufDevice<std::wstreambuf> input(in.rdbuf());
     QByteArray buffer(16384, '\0');
     QCOMPARE(input.read(buffer.data(), buffer.size()), qint64(3));
-    QCOMPARE(std::wstring(reinterpret_cast<const wchar_t*>(buffer.constData()), 3), std::wstring(L"xyz"));
+    QCOMPARE(std::wstring(reinterpret_cast<const wchar_t *>(buffer.constData()), 3),
+        std::wstring(L"xyz"));
 }
 
 QTEST_GUILESS_MAIN(tst_StreamBridges)

@@ -25,31 +25,32 @@ class CountedException : public ko::Exception
 {
 public:
     static int live;
-    explicit CountedException(const std::string& text, const ko::Exception* cause = nullptr)
+    explicit CountedException(const std::string &text, const ko::Exception *cause = nullptr)
         : ko::Exception(text, cause)
         , field(text)
     {
         ++live;
     }
-    CountedException(const CountedException& other)
+    CountedException(const CountedException &other)
         : ko::Exception(other)
         , field(other.field)
     {
         ++live;
     }
-    CountedException& operator=(const CountedException& other) = default;
+    CountedException &operator=(const CountedException &other) = default;
     ~CountedException() override
     {
         --live;
         delete releaseCause();
     }
-    CountedException* clone() const override { return new CountedException(*this); }
-    // Copied by the default assignment after the base part, from an object that must still be alive.
+    CountedException *clone() const override { return new CountedException(*this); }
+    // Copied by the default assignment after the base part, from an object that must still be
+    // alive.
     std::string field;
 };
 int CountedException::live = 0;
 
-QString chain(const ko::Exception* e)
+QString chain(const ko::Exception *e)
 {
     QStringList texts;
     for (; e; e = e->cause())
@@ -57,7 +58,7 @@ QString chain(const ko::Exception* e)
     return texts.join(QLatin1String(" <- "));
 }
 
-QByteArray contents(const std::string& path)
+QByteArray contents(const std::string &path)
 {
     QFile file(QString::fromStdString(path));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
@@ -79,7 +80,8 @@ private Q_SLOTS:
     void enigmaSeeds();
 };
 
-// The log's mutex is recursive: a thread takes it again inside a line; a deferred locker takes nothing.
+// The log's mutex is recursive: a thread takes it again inside a line; a deferred locker takes
+// nothing.
 void tst_CoreStandIn::mutexRelock()
 {
     ko::Mutex mutex(true);
@@ -107,13 +109,13 @@ void tst_CoreStandIn::mutexCountsUnderContention()
             }
         });
     }
-    for (auto& thread : threads)
+    for (auto &thread : threads)
         thread.join();
     QCOMPARE(counter, 80000L);
 }
 
-// Every copy owns its own cause copy; a subclass that deletes its cause itself sees no double delete,
-// and a plain ko::Exception frees its copies (LeakSanitizer checks that).
+// Every copy owns its own cause copy; a subclass that deletes its cause itself sees no double
+// delete, and a plain ko::Exception frees its copies (LeakSanitizer checks that).
 void tst_CoreStandIn::exceptionCauseCopies()
 {
     CountedException::live = 0;
@@ -128,30 +130,31 @@ void tst_CoreStandIn::exceptionCauseCopies()
         QVERIFY(copy.cause() != top.cause());
         CountedException assigned("other", &root);
         assigned = top;
-        const auto& self = assigned;
+        const auto &self = assigned;
         assigned = self; // self-assignment keeps everything
         std::unique_ptr<ko::Exception> cloned(top.clone());
-        const ko::Exception* copies[] = { &copy, &assigned, cloned.get() };
-        for (const ko::Exception* e : copies)
+        const ko::Exception *copies[] = { &copy, &assigned, cloned.get() };
+        for (const ko::Exception *e : copies)
             QCOMPARE(chain(e), chain(&top));
 
         top.setCause(&root);
         top.setCause(&root);
-        // The new cause lives inside the chain the old copy owns: it is cloned before that copy goes.
+        // The new cause lives inside the chain the old copy owns: it is cloned before that copy
+        // goes.
         copy.setCause(copy.cause()->cause());
         QCOMPARE(chain(&copy), QStringLiteral("top <- root"));
         top.setCause(nullptr);
         QVERIFY(!top.cause());
         QCOMPARE(chain(&assigned), QStringLiteral("top <- middle <- root"));
 
-        // Assigned from its own cause chain at depth 1 and 3: the subclass copies its field once the
-        // base part is done, so the object it reads from must outlive the base's assignment.
+        // Assigned from its own cause chain at depth 1 and 3: the subclass copies its field once
+        // the base part is done, so the object it reads from must outlive the base's assignment.
         CountedException outer("outer", &assigned);
-        outer = static_cast<const CountedException&>(*outer.cause());
+        outer = static_cast<const CountedException &>(*outer.cause());
         QCOMPARE(outer.field, std::string("top"));
         QCOMPARE(chain(&outer), QStringLiteral("top <- middle <- root"));
         outer = CountedException("outer", &assigned);
-        outer = static_cast<const CountedException&>(*outer.cause()->cause()->cause());
+        outer = static_cast<const CountedException &>(*outer.cause()->cause()->cause());
         QCOMPARE(outer.field, std::string("root"));
         QCOMPARE(chain(&outer), QStringLiteral("root"));
     }
@@ -167,7 +170,7 @@ void tst_CoreStandIn::logStreams()
 {
     ko::Log log;
     QCOMPARE(log.logLevel(), ko::Log::Message);
-    std::ostream* const expected[] = { &std::cout, &std::cout, &std::cerr, &std::cerr, &std::cerr };
+    std::ostream *const expected[] = { &std::cout, &std::cout, &std::cerr, &std::cerr, &std::cerr };
     for (int level = 0; level < ko::Log::LevelCount; ++level)
         QCOMPARE(log.getStream(ko::Log::ELevel(level)), expected[level]);
     QCOMPARE(log.getStream(ko::Log::ELevel(7)), &std::cout);
@@ -181,10 +184,11 @@ void tst_CoreStandIn::logStreams()
     second << "text";
     QVERIFY(first.str().empty());
     const QString line = QString::fromStdString(second.str());
-    QVERIFY2(QRegularExpression(
-                 QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} Warning text$"))
-                 .match(line)
-                 .hasMatch(),
+    QVERIFY2(
+        QRegularExpression(
+            QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} Warning text$"))
+            .match(line)
+            .hasMatch(),
         qPrintable(line));
 
     // An owned stream is deleted when replaced; a null stream silences the level.
@@ -194,8 +198,8 @@ void tst_CoreStandIn::logStreams()
     log.pre(ko::Log::Message); // harmless without a stream
 }
 
-// Files per level, appended or shared by all levels; a file that cannot be opened leaves the previous
-// output in place and is reported at the error level.
+// Files per level, appended or shared by all levels; a file that cannot be opened leaves the
+// previous output in place and is reported at the error level.
 void tst_CoreStandIn::logFiles()
 {
     QTemporaryDir dir;
@@ -226,7 +230,7 @@ void tst_CoreStandIn::logFiles()
             + QString::fromLatin1(std::strerror(ENOENT)));
 
     log.setLogFile(all, false);
-    std::ostream* shared = log.getStream(ko::Log::Debug);
+    std::ostream *shared = log.getStream(ko::Log::Debug);
     for (int level = 0; level < ko::Log::LevelCount; ++level) {
         QCOMPARE(log.getStream(ko::Log::ELevel(level)), shared);
         *shared << level << '\n';

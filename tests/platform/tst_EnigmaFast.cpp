@@ -10,10 +10,11 @@ namespace
 {
 
 // The cipher by its definition: one key byte and one step per byte.
-unsigned byteLoop(const unsigned char* src, unsigned char* dst, unsigned length, unsigned state)
+unsigned byteLoop(const unsigned char *src, unsigned char *dst, unsigned length, unsigned state)
 {
     for (unsigned i = 0; i < length; ++i) {
-        dst[i] = src[i] ^ static_cast<unsigned char>(state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24));
+        dst[i] = src[i]
+            ^ static_cast<unsigned char>(state ^ (state >> 8) ^ (state >> 16) ^ (state >> 24));
         state = ((state * 1103515245u + 12345u) >> 16) & 0x7fffu;
     }
     return state;
@@ -51,12 +52,14 @@ void tst_EnigmaFast::encodeMatchesByteLoop()
     ko::Enigma engine { ko::Random(seed) };
     std::mt19937 random(seed ^ 0x5eedu);
     std::uniform_int_distribution<unsigned> byte(0, 255);
-    for (unsigned length : { 0u, 1u, 7u, 8u, 9u, 63u, 64u, 65u, 763u, 764u, 4095u, 4096u, 65537u, 1u << 20 }) {
+    for (unsigned length :
+        { 0u, 1u, 7u, 8u, 9u, 63u, 64u, 65u, 763u, 764u, 4095u, 4096u, 65537u, 1u << 20 }) {
         std::vector<unsigned char> plain(length);
-        for (auto& b : plain)
+        for (auto &b : plain)
             b = static_cast<unsigned char>(byte(random));
         std::vector<unsigned char> expected(length);
-        const unsigned expectedState = byteLoop(plain.data(), expected.data(), length, engine.initialState());
+        const unsigned expectedState
+            = byteLoop(plain.data(), expected.data(), length, engine.initialState());
 
         // The same bytes in pieces of random size, the state carried from piece to piece.
         std::vector<unsigned char> cipher(length + 1);

@@ -60,11 +60,11 @@ void tst_komStandIn::smartOwnership()
         kom::smart<Derived> derived(new Derived);
         kom::smart<Counted> base(derived); // upcast through a virtual base
         QCOMPARE(derived.useCount(), 2L);
-        QCOMPARE(base.get(), static_cast<Counted*>(derived.get()));
+        QCOMPARE(base.get(), static_cast<Counted *>(derived.get()));
         QCOMPARE(derived->value, 42);
         kom::smart<Counted> assigned;
         assigned = base;
-        const auto& self = assigned;
+        const auto &self = assigned;
         assigned = self; // self-assignment keeps everything
         QCOMPARE(base.useCount(), 3L);
         derived.reset();
@@ -104,7 +104,7 @@ void tst_komStandIn::smartSharedAcrossThreads()
                 });
             }
         }
-        for (auto& thread : threads)
+        for (auto &thread : threads)
             thread.join();
         QCOMPARE(Counted::deleted.load(), round + 1);
     }
@@ -129,8 +129,9 @@ void tst_komStandIn::statusVerbosity()
     kom::komStatusMessageProcessor processor;
     StatusRecorder recorder(kom::StatusMessageType(verbosity), &processor);
     const komObject sender;
-    for (const char* text : { "40a", "45b", "50c", "60d", "70e", "80f" })
-        processor.sendStatusMessage(kom::StatusMessageType(QByteArray(text, 2).toInt()), text + 2, &sender);
+    for (const char *text : { "40a", "45b", "50c", "60d", "70e", "80f" })
+        processor.sendStatusMessage(
+            kom::StatusMessageType(QByteArray(text, 2).toInt()), text + 2, &sender);
     QCOMPARE(recorder.messages(), received);
     QCOMPARE(recorder.lastSender(), received.isEmpty() ? nullptr : &sender);
 }
@@ -143,7 +144,7 @@ void tst_komStandIn::terminalHandlers()
     bool thrown = false;
     try {
         kom::terminal("boom", nullptr);
-    } catch (const komTerminalException&) {
+    } catch (const komTerminalException &) {
         thrown = true;
     }
     QVERIFY(thrown);
@@ -157,7 +158,7 @@ void tst_komStandIn::terminalHandlers()
     try {
         kom::terminal("again", nullptr);
         QFAIL("the default handler throws");
-    } catch (const komTerminalException& e) {
+    } catch (const komTerminalException &e) {
         QCOMPARE(QByteArray(e.what()), QByteArray("again"));
         QCOMPARE(e.messages().size(), 1);
     }

@@ -15,10 +15,10 @@ private Q_SLOTS:
 
 namespace
 {
-QString states(const QList<QObject*>& objects)
+QString states(const QList<QObject *> &objects)
 {
     QString s;
-    for (QObject* o : objects)
+    for (QObject *o : objects)
         s += o->signalsBlocked() ? QLatin1Char('B') : QLatin1Char('-');
     return s;
 }
@@ -26,15 +26,27 @@ QString states(const QList<QObject*>& objects)
 
 void tst_BlockSignals::sequences_data()
 {
-    QTest::addColumn<QString>("initial");  // B = blocked before, - = not
-    QTest::addColumn<QString>("calls");    // 1 = block(true), 0 = block(false)
+    QTest::addColumn<QString>("initial"); // B = blocked before, - = not
+    QTest::addColumn<QString>("calls"); // 1 = block(true), 0 = block(false)
     QTest::addColumn<QString>("expected");
-    QTest::newRow("restore mixed states") << "B-B" << "10" << "B-B";
-    QTest::newRow("blocked while held") << "--" << "1" << "BB";
-    QTest::newRow("false without true unblocks all") << "B-" << "0" << "--";
-    QTest::newRow("two levels lose the first") << "--" << "110" << "BB";
-    QTest::newRow("restore twice unblocks") << "B-" << "100" << "--";
-    QTest::newRow("empty group") << "" << "10" << "";
+    QTest::newRow("restore mixed states") << "B-B"
+                                          << "10"
+                                          << "B-B";
+    QTest::newRow("blocked while held") << "--"
+                                        << "1"
+                                        << "BB";
+    QTest::newRow("false without true unblocks all") << "B-"
+                                                     << "0"
+                                                     << "--";
+    QTest::newRow("two levels lose the first") << "--"
+                                               << "110"
+                                               << "BB";
+    QTest::newRow("restore twice unblocks") << "B-"
+                                            << "100"
+                                            << "--";
+    QTest::newRow("empty group") << ""
+                                 << "10"
+                                 << "";
 }
 
 void tst_BlockSignals::sequences()
@@ -43,7 +55,7 @@ void tst_BlockSignals::sequences()
     QFETCH(QString, calls);
     QFETCH(QString, expected);
     std::vector<std::unique_ptr<QObject>> owned;
-    QList<QObject*> objects;
+    QList<QObject *> objects;
     for (QChar c : initial) {
         owned.emplace_back(new QObject);
         owned.back()->blockSignals(c == QLatin1Char('B'));
@@ -62,17 +74,17 @@ void tst_BlockSignals::setWhileHolding()
     QObject a, b, c;
     b.blockSignals(true);
     ko::BlockSignals blocker;
-    blocker.set({&a, &b});
+    blocker.set({ &a, &b });
     blocker.block(true);
-    blocker.set({&c});
-    QCOMPARE(states({&a, &b, &c}), QStringLiteral("-B-"));
-    QCOMPARE(blocker.objects(), QList<QObject*>{&c});
+    blocker.set({ &c });
+    QCOMPARE(states({ &a, &b, &c }), QStringLiteral("-B-"));
+    QCOMPARE(blocker.objects(), QList<QObject *> { &c });
 
     // A group that changed size since block(true) is unblocked as a whole.
     blocker.block(true);
     a.blockSignals(true);
-    blocker.set({&c});
-    QCOMPARE(states({&a, &c}), QStringLiteral("B-"));
+    blocker.set({ &c });
+    QCOMPARE(states({ &a, &c }), QStringLiteral("B-"));
 }
 
 void tst_BlockSignals::guardRestores()
@@ -80,7 +92,7 @@ void tst_BlockSignals::guardRestores()
     QObject sender;
     QSignalSpy spy(&sender, &QObject::objectNameChanged);
     {
-        ko::StBlockSignals guard({&sender});
+        ko::StBlockSignals guard({ &sender });
         sender.setObjectName(QStringLiteral("silent"));
         QCOMPARE(spy.count(), 0);
     }
@@ -90,7 +102,7 @@ void tst_BlockSignals::guardRestores()
     // A plain BlockSignals destroyed while holding leaves its objects blocked.
     {
         ko::BlockSignals plain;
-        plain.set({&sender});
+        plain.set({ &sender });
         plain.block(true);
     }
     QVERIFY(sender.signalsBlocked());

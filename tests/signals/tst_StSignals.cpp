@@ -14,14 +14,14 @@ class Receiver : public QObject
 public:
     int calls = 0;
 public Q_SLOTS:
-    void onName(const QString&) { ++calls; }
+    void onName(const QString &) { ++calls; }
 };
 
-const char* const kSignal = "2objectNameChanged(QString)";
-const char* const kSlot = "1onName(QString)";
+const char *const kSignal = "2objectNameChanged(QString)";
+const char *const kSlot = "1onName(QString)";
 
 // Emits the signal once and returns how many times the receiver heard it.
-int heard(QObject& sender, Receiver& receiver)
+int heard(QObject &sender, Receiver &receiver)
 {
     const int before = receiver.calls;
     sender.setObjectName(sender.objectName() + QLatin1Char('x'));
@@ -49,7 +49,8 @@ void tst_StSignals::connectGuard()
     {
         ko::StConnectSignals guard;
         QVERIFY(guard.connect(&sender, kSignal, &receiver, kSlot));
-        QVERIFY(guard.connect(ko::SignalConnection(&sender, kSignal, &receiver, kSlot, Qt::DirectConnection)));
+        QVERIFY(guard.connect(
+            ko::SignalConnection(&sender, kSignal, &receiver, kSlot, Qt::DirectConnection)));
         QVERIFY(!guard.connect(&sender, "2nothing()", &receiver, kSlot)); // recorded all the same
         QCOMPARE(guard.record().size(), 3);
         QVERIFY(!guard.record().at(0).second);
@@ -60,8 +61,9 @@ void tst_StSignals::connectGuard()
     // Undone in record order: the first disconnect breaks both equal connections, so the
     // second finds nothing; the failed connect is undone too. Both failures are logged.
     QCOMPARE(capture.lines(ko::Log::Error),
-             (QStringList{"Disconnect QObject.2objectNameChanged(QString) to Receiver.1onName(QString) failed.",
-                          "Disconnect QObject.2nothing() to Receiver.1onName(QString) failed."}));
+        (QStringList {
+            "Disconnect QObject.2objectNameChanged(QString) to Receiver.1onName(QString) failed.",
+            "Disconnect QObject.2nothing() to Receiver.1onName(QString) failed." }));
 }
 
 void tst_StSignals::disconnectGuard()
@@ -85,7 +87,7 @@ void tst_StSignals::guardsBuiltFromEachOther()
 {
     QObject sender;
     Receiver receiver;
-    ko::StConnectSignals* connecting = new ko::StConnectSignals;
+    ko::StConnectSignals *connecting = new ko::StConnectSignals;
     connecting->connect(&sender, kSignal, &receiver, kSlot);
     {
         ko::StDisconnectSignals breaking(*connecting);
@@ -106,7 +108,7 @@ void tst_StSignals::destroyedObjects()
     LogCapture capture;
     {
         ko::StConnectSignals guard;
-        auto* sender = new QObject;
+        auto *sender = new QObject;
         guard.connect(sender, kSignal, &receiver, kSlot);
         delete sender; // the undo meets a null sender: refused by Qt, nothing logged
     }
@@ -116,14 +118,15 @@ void tst_StSignals::destroyedObjects()
     // the reconnect fails harmlessly and its line shows the missing object as null.
     QObject sender;
     {
-        auto* doomed = new Receiver;
+        auto *doomed = new Receiver;
         QObject::connect(&sender, kSignal, doomed, kSlot);
         ko::StDisconnectSignals guard;
         QVERIFY(guard.disconnect(&sender, kSignal, doomed, kSlot));
         delete doomed;
     }
     QCOMPARE(capture.lines(ko::Log::Error),
-             QStringList{"Connect QObject.2objectNameChanged(QString) to (null).1onName(QString) failed."});
+        QStringList {
+            "Connect QObject.2objectNameChanged(QString) to (null).1onName(QString) failed." });
 }
 
 QTEST_GUILESS_MAIN(tst_StSignals)

@@ -18,7 +18,7 @@ using Codes = QVector<uint>;
 
 // Under AddressSanitizer an allocation too large to serve fails as it does without it (operator new
 // throws std::bad_alloc), so that the hostile lengths given to toVariant meet the same path.
-extern "C" Q_DECL_EXPORT const char* __asan_default_options()
+extern "C" Q_DECL_EXPORT const char *__asan_default_options()
 {
     return "allocator_may_return_null=1";
 }
@@ -26,15 +26,16 @@ extern "C" Q_DECL_EXPORT const char* __asan_default_options()
 namespace
 {
 
-// A heap copy of exactly the bytes and their terminating zero: AddressSanitizer sees any read past it.
-std::unique_ptr<char[]> exactCString(const QByteArray& bytes)
+// A heap copy of exactly the bytes and their terminating zero: AddressSanitizer sees any read past
+// it.
+std::unique_ptr<char[]> exactCString(const QByteArray &bytes)
 {
     std::unique_ptr<char[]> copy(new char[bytes.size() + 1]);
     memcpy(copy.get(), bytes.constData(), bytes.size() + 1);
     return copy;
 }
 
-L sorted(const Set& set)
+L sorted(const Set &set)
 {
     L list = set.values();
     list.sort();
@@ -50,7 +51,7 @@ QFlags<Qt::AlignmentFlag> alignment(int bits)
 enum Plain : int { PlainValue = 1 };
 
 // Serialised bytes written field by field, for values that Qt itself would never write.
-template <class... Fields> QString base64Of(const Fields&... fields)
+template <class... Fields> QString base64Of(const Fields &...fields)
 {
     QByteArray bytes;
     QDataStream s(&bytes, QIODevice::WriteOnly);
@@ -143,10 +144,10 @@ void tst_StringUtils::ignoreCase_data()
     QTest::addColumn<bool>("startsWith");
     QTest::addColumn<bool>("endsWith");
     QTest::addColumn<int>("indexOf");
-    const auto row = [](const char* name, const char* text, const char* part, bool equals, bool startsWith,
-                         bool endsWith, int indexOf) {
-        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(part) << equals << startsWith
-                            << endsWith << indexOf;
+    const auto row = [](const char *name, const char *text, const char *part, bool equals,
+                         bool startsWith, bool endsWith, int indexOf) {
+        QTest::newRow(name) << QString::fromUtf8(text) << QString::fromUtf8(part) << equals
+                            << startsWith << endsWith << indexOf;
     };
     row("umlaut prefix", "ÄRGER", "är", false, true, false, 0);
     row("suffix", "xCAMERA", "era", false, false, true, 4);
@@ -174,8 +175,8 @@ void tst_StringUtils::trim_data()
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("right");
     QTest::addColumn<QString>("both");
-    const auto row = [](const char* name, const QString& text, const QString& chars, const QString& left,
-                         const QString& right, const QString& both) {
+    const auto row = [](const char *name, const QString &text, const QString &chars,
+                         const QString &left, const QString &right, const QString &both) {
         QTest::newRow(name) << text << chars << left << right << both;
     };
     row("set of chars", "abbaXbab", "ab", "Xbab", "abbaX", "X");
@@ -206,8 +207,9 @@ void tst_StringUtils::trimPattern_data()
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("right");
-    const auto row = [](const char* name, const QString& text, const QString& pattern, const QString& left,
-                         const QString& right) { QTest::newRow(name) << text << pattern << left << right; };
+    const auto row
+        = [](const char *name, const QString &text, const QString &pattern, const QString &left,
+              const QString &right) { QTest::newRow(name) << text << pattern << left << right; };
     // The backward search stops at the last position where the pattern matches at all.
     row("blank runs", "  ab  ", "\\s+", "ab  ", "  ab ");
     row("repeat", "ababxabab", "(ab)+", "xabab", "ababxab");
@@ -228,7 +230,7 @@ void tst_StringUtils::truncate_data()
     QTest::addColumn<int>("maxLength");
     QTest::addColumn<int>("alignment");
     QTest::addColumn<QString>("truncated");
-    const auto row = [](const char* name, int maxLength, int alignment, const QString& truncated) {
+    const auto row = [](const char *name, int maxLength, int alignment, const QString &truncated) {
         QTest::newRow(name) << maxLength << alignment << truncated;
     };
     row("left", 4, Qt::AlignLeft, "abcd...");
@@ -252,8 +254,8 @@ void tst_StringUtils::truncate()
 {
     QFETCH(int, maxLength);
     QFETCH(int, alignment);
-    QTEST(
-        StringUtils::truncate(QStringLiteral("abcdefghij"), maxLength, ::alignment(alignment)), "truncated");
+    QTEST(StringUtils::truncate(QStringLiteral("abcdefghij"), maxLength, ::alignment(alignment)),
+        "truncated");
 }
 
 void tst_StringUtils::split_data()
@@ -262,8 +264,9 @@ void tst_StringUtils::split_data()
     QTest::addColumn<QString>("separator");
     QTest::addColumn<bool>("skipEmpty");
     QTest::addColumn<L>("parts");
-    const auto row = [](const char* name, const L& texts, const QString& separator, bool skipEmpty,
-                         const L& parts) { QTest::newRow(name) << texts << separator << skipEmpty << parts; };
+    const auto row
+        = [](const char *name, const L &texts, const QString &separator, bool skipEmpty,
+              const L &parts) { QTest::newRow(name) << texts << separator << skipEmpty << parts; };
     row("two texts", { "a,b", "c,,d" }, ",", false, { "a", "b", "c", "", "d" });
     row("two texts, skip empty", { "a,b", ",c,,d" }, ",", true, { "a", "b", "c", "d" });
     row("one text, repeated part", { "x;y;x" }, ";", false, { "x", "y", "x" });
@@ -292,8 +295,8 @@ void tst_StringUtils::split()
 
 void tst_StringUtils::splitWords()
 {
-    QCOMPARE(StringUtils::splitStringList(
-                 QStringLiteral("Hello, world!  Wie geht's?"), StringUtils::splitWords, ko::SkipEmptyParts),
+    QCOMPARE(StringUtils::splitStringList(QStringLiteral("Hello, world!  Wie geht's?"),
+                 StringUtils::splitWords, ko::SkipEmptyParts),
         (L { "Hello", "world", "Wie", "geht", "s" }));
 }
 
@@ -302,9 +305,8 @@ void tst_StringUtils::splitFirst_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("head");
     QTest::addColumn<QString>("tail");
-    const auto row = [](const char* name, const QString& text, const QString& head, const QString& tail) {
-        QTest::newRow(name) << text << head << tail;
-    };
+    const auto row = [](const char *name, const QString &text, const QString &head,
+                         const QString &tail) { QTest::newRow(name) << text << head << tail; };
     row("first of two", "a::b::c", "a", "b::c");
     row("none", "abc", "abc", "");
     row("at the start", "::x", "", "x");
@@ -327,9 +329,10 @@ void tst_StringUtils::splitKeyValue_data()
     QTest::addColumn<QChar>("separator");
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("value");
-    const auto row
-        = [](const char* name, const QString& text, char separator, const QString& key,
-              const QString& value) { QTest::newRow(name) << text << QChar(separator) << key << value; };
+    const auto row = [](const char *name, const QString &text, char separator, const QString &key,
+                         const QString &value) {
+        QTest::newRow(name) << text << QChar(separator) << key << value;
+    };
     row("first separator", "k=v=w", '=', "k", "v=w");
     row("empty value", "k=", '=', "k", "");
     row("no separator", "k", '=', "k", QString());
@@ -356,8 +359,8 @@ void tst_StringUtils::comments_data()
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("stripped");
     QTest::addColumn<L>("parts");
-    const auto row = [](const char* name, const QString& script, const QString& marker,
-                         const QString& separator, const QString& stripped, const L& parts) {
+    const auto row = [](const char *name, const QString &script, const QString &marker,
+                         const QString &separator, const QString &stripped, const L &parts) {
         QTest::newRow(name) << script << marker << separator << stripped << parts;
     };
     row("lines", "a\n# c\n  b # x\n\n   \n#", "#", "\n", "a\nb", { "a", "b" });
@@ -385,12 +388,14 @@ void tst_StringUtils::concat_data()
     QTest::addColumn<L>("parts");
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("joined");
-    const auto row = [](const char* name, const L& parts, const QString& separator, const QString& joined) {
-        QTest::newRow(name) << parts << separator << joined;
-    };
+    const auto row
+        = [](const char *name, const L &parts, const QString &separator, const QString &joined) {
+              QTest::newRow(name) << parts << separator << joined;
+          };
     row("empty parts skipped", { "", "a", "", "b" }, ",", "a,b");
     row("only empty parts", { "", "" }, ",", QString());
-    row("ten parts", { "1", "2", "3", "4", "5", "6", "7", "8", "9", "10" }, "-", "1-2-3-4-5-6-7-8-9-10");
+    row("ten parts", { "1", "2", "3", "4", "5", "6", "7", "8", "9", "10" }, "-",
+        "1-2-3-4-5-6-7-8-9-10");
 }
 
 // The list form and the ten-part form agree; nothing joined is a null string.
@@ -404,8 +409,8 @@ void tst_StringUtils::concat()
     QCOMPARE(fromList, joined);
     QCOMPARE(fromList.isNull(), joined.isNull());
     const auto part = [&](int i) { return parts.value(i); };
-    QCOMPARE(StringUtils::concat(part(0), separator, part(1), part(2), part(3), part(4), part(5), part(6),
-                 part(7), part(8), part(9)),
+    QCOMPARE(StringUtils::concat(part(0), separator, part(1), part(2), part(3), part(4), part(5),
+                 part(6), part(7), part(8), part(9)),
         joined);
 }
 
@@ -416,8 +421,8 @@ void tst_StringUtils::sets_data()
     QTest::addColumn<bool>("intersects");
     QTest::addColumn<bool>("onBeginning");
     QTest::addColumn<L>("intersection");
-    const auto row = [](const char* name, const L& a, const L& b, bool intersects, bool onBeginning,
-                         const L& intersection) {
+    const auto row = [](const char *name, const L &a, const L &b, bool intersects, bool onBeginning,
+                         const L &intersection) {
         QTest::newRow(name) << a << b << intersects << onBeginning << intersection;
     };
     row("prefix ignoring case", { "Camera1" }, { "cam" }, false, true, {});
@@ -443,8 +448,8 @@ void tst_StringUtils::hex_data()
     QTest::addColumn<bool>("upperCase");
     QTest::addColumn<QString>("separator");
     QTest::addColumn<QString>("hex");
-    const auto row = [](const char* name, const char* bytes, bool upperCase, const QString& separator,
-                         const QString& hex) {
+    const auto row = [](const char *name, const char *bytes, bool upperCase,
+                         const QString &separator, const QString &hex) {
         QTest::newRow(name) << QByteArray::fromHex(bytes) << upperCase << separator << hex;
     };
     row("char, upper", "0f", true, "", "0F");
@@ -491,9 +496,10 @@ void tst_StringUtils::base64_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("encoded");
     QTest::addColumn<QString>("decoded");
-    const auto row = [](const char* name, const char* bytes, const QString& encoded, const QString& decoded) {
-        QTest::newRow(name) << QByteArray::fromHex(bytes) << encoded << decoded;
-    };
+    const auto row
+        = [](const char *name, const char *bytes, const QString &encoded, const QString &decoded) {
+              QTest::newRow(name) << QByteArray::fromHex(bytes) << encoded << decoded;
+          };
     row("latin-1", "e974e9", "6XTp", QString::fromUtf8("été"));
     row("zero cuts the decoded text", "6162006364", "YWIAY2Q=", "ab");
     row("empty", "", "", "");
@@ -508,7 +514,8 @@ void tst_StringUtils::base64()
 
     QCOMPARE(StringUtils::encodeBase64(bytes), encoded);
     QCOMPARE(StringUtils::encodeBase64(bytes.constData(), bytes.size()), encoded);
-    QCOMPARE(StringUtils::encodeBase64(QString::fromLatin1(bytes.constData(), bytes.size())), encoded);
+    QCOMPARE(
+        StringUtils::encodeBase64(QString::fromLatin1(bytes.constData(), bytes.size())), encoded);
     QCOMPARE(StringUtils::decodeBase64(encoded), decoded);
     QCOMPARE(StringUtils::decodeBase64(QLatin1Char('*') + encoded + QLatin1Char('*')), decoded);
 }
@@ -517,7 +524,8 @@ void tst_StringUtils::toBool_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("value");
-    const auto row = [](const char* text, bool value) { QTest::newRow(text) << QString(text) << value; };
+    const auto row
+        = [](const char *text, bool value) { QTest::newRow(text) << QString(text) << value; };
     row("0", false);
     row("false", false);
     row("", false);
@@ -542,9 +550,10 @@ void tst_StringUtils::decodeUtf8_data()
     QTest::addColumn<int>("advance");
     QTest::addColumn<Codes>("walk");
 
-    const auto row = [](const char* name, const char* hex, uint code, int advance, const Codes& walk) {
-        QTest::newRow(name) << QByteArray::fromHex(hex) << code << advance << walk;
-    };
+    const auto row
+        = [](const char *name, const char *hex, uint code, int advance, const Codes &walk) {
+              QTest::newRow(name) << QByteArray::fromHex(hex) << code << advance << walk;
+          };
     row("ascii", "78", 0x78, 1, { 0x78 });
     row("two bytes", "c3a978", 0xe9, 2, { 0xe9, 0x78 });
     row("stray continuation", "a9", 0x29, 1, { 0x29 });
@@ -568,12 +577,12 @@ void tst_StringUtils::decodeUtf8()
     QFETCH(QByteArray, bytes);
 
     const auto text = exactCString(bytes);
-    const char* p = text.get();
+    const char *p = text.get();
     QTEST(StringUtils::decodeUtf8(p), "code");
     QTEST(int(p - text.get()), "advance");
 
     Codes walk;
-    const char* const end = text.get() + bytes.size();
+    const char *const end = text.get() + bytes.size();
     for (p = text.get(); p < end && walk.size() <= bytes.size();)
         walk << StringUtils::decodeUtf8(p);
     QTEST(walk, "walk");
@@ -586,7 +595,7 @@ void tst_StringUtils::equalsUtf8_data()
     QTest::addColumn<QByteArray>("utf8");
     QTest::addColumn<bool>("equal");
 
-    const auto row = [](const char* name, const QString& text, const char* hex, bool equal) {
+    const auto row = [](const char *name, const QString &text, const char *hex, bool equal) {
         QTest::newRow(name) << text << QByteArray::fromHex(hex) << equal;
     };
     row("prefix", "abc", "616263646566", true);
@@ -597,7 +606,8 @@ void tst_StringUtils::equalsUtf8_data()
     row("differs", "abd", "616263", false);
     row("three bytes as written", QString::fromUtf8("€"), "e282ac", false);
     row("three bytes as decoded", QString(QChar(0x2082)) + ",", "e282ac", true);
-    // Zero code points keep the walk going: the terminator must stop it without a read past the end.
+    // Zero code points keep the walk going: the terminator must stop it without a read past the
+    // end.
     row("FE, end", QString(2, QChar(0)), "fe", false);
     row("FE, one to end", QString(2, QChar(0)), "fe41", false);
     row("C3, end", QString(QChar(0xC0)) + "x", "c3", false);
@@ -614,9 +624,10 @@ void tst_StringUtils::translated()
 {
     const QString colours = QStringLiteral("Colours");
     QVERIFY(StringUtils::joinTranslated(colours, Set()).isNull());
+    QCOMPARE(StringUtils::joinTranslated(colours, Set { QString::fromUtf8("Weiß") }),
+        QStringLiteral("White"));
     QCOMPARE(
-        StringUtils::joinTranslated(colours, Set { QString::fromUtf8("Weiß") }), QStringLiteral("White"));
-    QCOMPARE(StringUtils::joinTranslated(QStringLiteral("Other"), Set { "Red" }), QStringLiteral("Red"));
+        StringUtils::joinTranslated(QStringLiteral("Other"), Set { "Red" }), QStringLiteral("Red"));
     // Outside Latin-1 becomes '?', Latin-1 itself survives the trip.
     QCOMPARE(StringUtils::joinTranslated(colours, Set { QString::fromUtf8("łódź Ü") }),
         QString::fromUtf8("?ód? Ü"));
@@ -630,7 +641,8 @@ void tst_StringUtils::translated()
         pair << "" << text;
         const bool first = pair.cbegin()->isEmpty();
         emptyFirst += first;
-        QCOMPARE(StringUtils::joinTranslated(colours, pair, QStringLiteral(",")), text + (first ? "" : ","));
+        QCOMPARE(StringUtils::joinTranslated(colours, pair, QStringLiteral(",")),
+            text + (first ? "" : ","));
     }
     QVERIFY(emptyFirst > 0);
     QVERIFY(emptyFirst < 64);
@@ -640,7 +652,8 @@ void tst_StringUtils::translated()
     StringUtils::appendAll(set, Set { "Green", QString::fromUtf8("ł") }, colours);
     QCOMPARE(set, (Set { "Rot", "Blue", QString::fromUtf8("Grün"), "?" }));
     StringUtils::appendAll(set, L { "Red", QString::fromUtf8("ł") });
-    QCOMPARE(set, (Set { "Rot", "Blue", QString::fromUtf8("Grün"), "?", "Red", QString::fromUtf8("ł") }));
+    QCOMPARE(set,
+        (Set { "Rot", "Blue", QString::fromUtf8("Grün"), "?", "Red", QString::fromUtf8("ł") }));
 }
 
 void tst_StringUtils::listEditing()
@@ -672,12 +685,12 @@ void tst_StringUtils::listEditing()
 
 void tst_StringUtils::variants()
 {
-    // Values with a text form travel as text, the others as Base64 of their serialised form; a fresh
-    // instance converts there and back.
+    // Values with a text form travel as text, the others as Base64 of their serialised form; a
+    // fresh instance converts there and back.
     const QVariantList values { 42, 1.5, QDate(2021, 7, 1), L { "a", "", "b" }, QPoint(3, -4),
         QVariantMap { { "k", 1 }, { "l", QRect(1, 2, 3, 4) } },
         QVariantMap { { "deep", QVariantList { QVariantList { QVariantHash { { "h", 2 } } } } } } };
-    for (const QVariant& value : values) {
+    for (const QVariant &value : values) {
         const QString text = StringUtils().toString(value);
         QCOMPARE(StringUtils().toVariant(text, ko::VariantType(value.userType())), value);
     }
@@ -687,14 +700,17 @@ void tst_StringUtils::variants()
     QVERIFY(utils.toString(QVariant()).isEmpty());
     QVERIFY(!utils.toString(QVariant(QString())).isNull());
     QCOMPARE(utils.toString(L { "a", "b" }), QStringLiteral("a\nb"));
-    // Rewound, never emptied: a shorter value is written over a longer one and the rest stays behind.
+    // Rewound, never emptied: a shorter value is written over a longer one and the rest stays
+    // behind.
     const QString longText = utils.toString(QRect(1, 2, 3, 4));
     const QString shortText = utils.toString(QPoint(5, 6));
     QVERIFY(shortText != StringUtils().toString(QPoint(5, 6)));
     QCOMPARE(shortText.length(), longText.length());
-    QCOMPARE(StringUtils().toVariant(shortText, ko::VariantType(QMetaType::QPoint)), QVariant(QPoint(5, 6)));
+    QCOMPARE(StringUtils().toVariant(shortText, ko::VariantType(QMetaType::QPoint)),
+        QVariant(QPoint(5, 6)));
     // A used instance reads the first value its buffer holds, not the one passed in.
-    QCOMPARE(utils.toVariant(StringUtils().toString(QPoint(7, 8)), ko::VariantType(QMetaType::QPoint)),
+    QCOMPARE(
+        utils.toVariant(StringUtils().toString(QPoint(7, 8)), ko::VariantType(QMetaType::QPoint)),
         QVariant(QPoint(5, 6)));
 }
 
@@ -706,7 +722,8 @@ void tst_StringUtils::variantText_data()
     const qint8 notNull = 0;
     QTest::newRow("number") << QVariant(42) << "42";
     QTest::newRow("date") << QVariant(QDate(2021, 7, 1)) << "2021-07-01";
-    QTest::newRow("point") << QVariant(QPoint(3, -4)) << base64Of(quint32(QMetaType::QPoint), notNull, 3, -4);
+    QTest::newRow("point") << QVariant(QPoint(3, -4))
+                           << base64Of(quint32(QMetaType::QPoint), notNull, 3, -4);
     QTest::newRow("string list of one") << QVariant(L { "a" }) << "a";
     QTest::newRow("string list of three") << QVariant(L { "a", "", "b" }) << "a\n\nb";
     QTest::newRow("null character") << QVariant(QChar()) << "";
@@ -729,13 +746,14 @@ void tst_StringUtils::variantText()
 void tst_StringUtils::textToVariantRules()
 {
     // Text is no variant list: it is read as a serialised one, which "abc" is not.
-    QVERIFY(
-        !StringUtils().toVariant(QStringLiteral("abc"), ko::VariantType(QMetaType::QVariantList)).isValid());
+    QVERIFY(!StringUtils()
+                 .toVariant(QStringLiteral("abc"), ko::VariantType(QMetaType::QVariantList))
+                 .isValid());
     // A number becomes any enumeration, also one without named enumerators.
     const QVariant value
         = StringUtils().toVariant(QStringLiteral("3"), ko::VariantType(qMetaTypeId<Plain>()));
     QCOMPARE(value.userType(), qMetaTypeId<Plain>());
-    QCOMPARE(int(*static_cast<const Plain*>(value.constData())), 3);
+    QCOMPARE(int(*static_cast<const Plain *>(value.constData())), 3);
 }
 
 void tst_StringUtils::hostileVariants_data()
@@ -752,11 +770,11 @@ void tst_StringUtils::hostileVariants_data()
         << base64Of(quint32(QMetaType::QVariantList), notNull, quint32(0x7fffffff));
     QTest::newRow("map of 2^32 - 1 entries")
         << base64Of(quint32(QMetaType::QVariantMap), notNull, quint32(0xffffffff));
-    QTest::newRow("date-time in an unknown zone") << base64Of(
-        quint32(QMetaType::QDateTime), notNull, QDate(2020, 1, 1), QTime(1, 2, 3), qint8(Qt::TimeZone), zone);
-    QTest::newRow("unknown zone in a map") << base64Of(quint32(QMetaType::QVariantMap), notNull, quint32(1),
-        QStringLiteral("k"), quint32(QMetaType::QDateTime), notNull, QDate(2020, 1, 1), QTime(1, 2, 3),
-        qint8(Qt::TimeZone), zone);
+    QTest::newRow("date-time in an unknown zone") << base64Of(quint32(QMetaType::QDateTime),
+        notNull, QDate(2020, 1, 1), QTime(1, 2, 3), qint8(Qt::TimeZone), zone);
+    QTest::newRow("unknown zone in a map") << base64Of(quint32(QMetaType::QVariantMap), notNull,
+        quint32(1), QStringLiteral("k"), quint32(QMetaType::QDateTime), notNull, QDate(2020, 1, 1),
+        QTime(1, 2, 3), qint8(Qt::TimeZone), zone);
     QTest::newRow("unknown user type") // marked as Qt 5.15's data stream format marks user types
         << base64Of(quint32(1024), notNull, QByteArray("NoSuchType"));
     QTest::newRow("lists nested 100000 deep") << nestedLists(100000);
@@ -775,13 +793,16 @@ void tst_StringUtils::hostileVariants()
     const QVariant value = utils.toVariant(text, ko::VariantType(QMetaType::Int));
     QVERIFY(!value.isValid());
     QCOMPARE(utils.toString(value), QString());
-    QCOMPARE(StringUtils().toVariant(utils.toString(QPoint(5, 6)), ko::VariantType(QMetaType::QPoint)),
+    QCOMPARE(
+        StringUtils().toVariant(utils.toString(QPoint(5, 6)), ko::VariantType(QMetaType::QPoint)),
         QVariant(QPoint(5, 6)));
 
     StringUtils fresh;
     QCOMPARE(fresh.toVariant(nestedLists(1024), ko::VariantType(QMetaType::UnknownType)).userType(),
         int(QMetaType::QVariantList));
-    QVERIFY(!StringUtils().toVariant(nestedLists(1025), ko::VariantType(QMetaType::UnknownType)).isValid());
+    QVERIFY(!StringUtils()
+                 .toVariant(nestedLists(1025), ko::VariantType(QMetaType::UnknownType))
+                 .isValid());
     // A date-time in an unknown zone has a text form; inside a map it has none and is refused.
     const QDateTime unknown(QDate(2020, 1, 1), QTime(1, 2, 3), QTimeZone("No/Such_Zone"));
     QCOMPARE(fresh.toString(unknown), unknown.toString());

@@ -14,7 +14,7 @@
 #include <functional>
 
 /** Processes events until @p done is true or @p timeoutMs pass. */
-inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000)
+inline bool spinUntil(const std::function<bool()> &done, int timeoutMs = 10000)
 {
     return QTest::qWaitFor(done, timeoutMs);
 }
@@ -22,7 +22,7 @@ inline bool spinUntil(const std::function<bool()>& done, int timeoutMs = 10000)
 /** A job that records where and how it ran; it may hold at a gate or sleep first. */
 struct RecordingJob : ko::IRunnable
 {
-    void run(int jobId, ko::JobTimer& timer) override
+    void run(int jobId, ko::JobTimer &timer) override
     {
         mThread = QThread::currentThread();
         mThreadName = mThread->objectName();
@@ -40,15 +40,16 @@ struct RecordingJob : ko::IRunnable
     }
     bool waitStarted() { return mStarted.tryAcquire(1, 10000); }
 
-    QSemaphore* mGate = nullptr;
+    QSemaphore *mGate = nullptr;
     int mSleepMs = 0;
-    QList<int>* mOrder = nullptr;
+    QList<int> *mOrder = nullptr;
     QSemaphore mStarted;
     std::atomic<int> mRuns { 0 };
     QPointer<QThread> mThread;
     QString mThreadName;
     int mPriority = QThread::InheritPriority;
-    QThread::Priority mNewPriority = QThread::InheritPriority; // given to its own thread, unless Inherit
+    QThread::Priority mNewPriority
+        = QThread::InheritPriority; // given to its own thread, unless Inherit
     int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
 };
 
@@ -65,7 +66,7 @@ struct Worker
             thread->shutDown();
         spinUntil([this]() { return thread.isNull(); });
     }
-    kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore* gate = nullptr)
+    kom::smart<RecordingJob> add(int id, int priority = 3, QSemaphore *gate = nullptr)
     {
         kom::smart<RecordingJob> job(new RecordingJob);
         job->mGate = gate;
@@ -78,12 +79,12 @@ struct Worker
 /** A pool whose internals a test can reach. */
 struct TestPool : ko::komQtThreadPool
 {
-    explicit TestPool(const QString& name = QStringLiteral("Test"), int max = 2)
+    explicit TestPool(const QString &name = QStringLiteral("Test"), int max = 2)
         : komQtThreadPool(name, max)
     { }
     QList<QPointer<ko::komQtWorkerThread>> workers() const
     {
-        const QList<ko::komQtWorkerThread*> all = mIdleThreads + mBusyThreads;
+        const QList<ko::komQtWorkerThread *> all = mIdleThreads + mBusyThreads;
         return QList<QPointer<ko::komQtWorkerThread>>(all.begin(), all.end());
     }
     /** Queued and running jobs of every worker, idle or busy. */
@@ -91,16 +92,16 @@ struct TestPool : ko::komQtThreadPool
     {
         QMutexLocker locker(mLock.get());
         int load = 0;
-        for (ko::komQtWorkerThread* thread : mIdleThreads + mBusyThreads)
+        for (ko::komQtWorkerThread *thread : mIdleThreads + mBusyThreads)
             load += thread->workLoad();
         return load;
     }
     /** The pool lock, for a test that holds it from another thread. */
-    QMutex& poolLock() { return *mLock; }
+    QMutex &poolLock() { return *mLock; }
     void exitWaitLoop(int key, int code)
     {
         QMutexLocker locker(mLock.get());
-        for (QEventLoop* loop : mEventLoops.values(key))
+        for (QEventLoop *loop : mEventLoops.values(key))
             loop->exit(code);
     }
     /**
@@ -113,7 +114,7 @@ struct TestPool : ko::komQtThreadPool
         const auto all = workers();
         if (!spinUntil([this]() { return totalWorkLoad() == 0; }, timeoutMs))
             return false;
-        for (ko::komQtWorkerThread* thread : all)
+        for (ko::komQtWorkerThread *thread : all)
             discardThread(thread);
         return spinUntil([&all]() { return all.count(nullptr) == all.size(); }, timeoutMs);
     }
@@ -121,7 +122,7 @@ struct TestPool : ko::komQtThreadPool
 
 /** Schedules a new RecordingJob on @p pool; @p id receives the job id. */
 inline kom::smart<RecordingJob> scheduleJob(
-    ko::komQtThreadPool& pool, int& id, QSemaphore* gate = nullptr, int sleepMs = 0)
+    ko::komQtThreadPool &pool, int &id, QSemaphore *gate = nullptr, int sleepMs = 0)
 {
     kom::smart<RecordingJob> job(new RecordingJob);
     job->mGate = gate;

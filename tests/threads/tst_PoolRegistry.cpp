@@ -18,10 +18,10 @@ using ko::PoolRegistry;
 namespace
 {
 
-template <class Snapshot> QStringList namesOf(const QVector<Snapshot>& snapshots)
+template <class Snapshot> QStringList namesOf(const QVector<Snapshot> &snapshots)
 {
     QStringList names;
-    for (const Snapshot& snapshot : snapshots)
+    for (const Snapshot &snapshot : snapshots)
         names << snapshot.name;
     return names;
 }
@@ -37,29 +37,29 @@ QStringList signalPoolNames()
 }
 
 // "Class/name" for each attached object of each worker, one list per worker.
-QList<QStringList> attachedOf(const ko::SignalPoolSnapshot& pool)
+QList<QStringList> attachedOf(const ko::SignalPoolSnapshot &pool)
 {
     QList<QStringList> workers;
-    for (const ko::SignalWorkerSnapshot& worker : pool.workers) {
+    for (const ko::SignalWorkerSnapshot &worker : pool.workers) {
         QStringList objects;
-        for (const ko::AttachedObjectSnapshot& object : worker.attached)
+        for (const ko::AttachedObjectSnapshot &object : worker.attached)
             objects << object.className + QLatin1Char('/') + object.objectName;
         workers << objects;
     }
     return workers;
 }
 
-QObject* named(QObject* object, const char* name)
+QObject *named(QObject *object, const char *name)
 {
     object->setObjectName(QLatin1String(name));
     return object;
 }
 
 // Deletes objects that live in worker threads, there, and waits until they are gone.
-bool deleteInTheirThreads(const QList<QObject*>& objects)
+bool deleteInTheirThreads(const QList<QObject *> &objects)
 {
     QList<QPointer<QObject>> alive;
-    for (QObject* object : objects) {
+    for (QObject *object : objects) {
         alive << object;
         object->deleteLater();
     }
@@ -82,8 +82,8 @@ private Q_SLOTS:
 void tst_PoolRegistry::addedUntilDestroyed()
 {
     LogCapture capture;
-    QVERIFY(!PoolRegistry::add(static_cast<komQtThreadPool*>(nullptr)));
-    QVERIFY(!PoolRegistry::add(static_cast<komQtSignalThreadPool*>(nullptr)));
+    QVERIFY(!PoolRegistry::add(static_cast<komQtThreadPool *>(nullptr)));
+    QVERIFY(!PoolRegistry::add(static_cast<komQtSignalThreadPool *>(nullptr)));
     auto alpha = std::make_unique<TestPool>(QStringLiteral("Alpha"), 1);
     TestPool unregistered(QStringLiteral("Beta"), 1);
     TestPool sameName(QStringLiteral("Alpha"), 1);
@@ -121,11 +121,11 @@ void tst_PoolRegistry::signalPoolAttachedObjects()
 {
     LogCapture capture;
     komQtSignalThreadPool pool(QStringLiteral("Sig"), 2);
-    QTimer* tick = new QTimer;
+    QTimer *tick = new QTimer;
     tick->setObjectName(QStringLiteral("tick"));
-    QObject* first = named(new QObject, "first");
-    QObject* second = named(new QObject, "second");
-    for (QObject* object : { static_cast<QObject*>(tick), first, second })
+    QObject *first = named(new QObject, "first");
+    QObject *second = named(new QObject, "second");
+    for (QObject *object : { static_cast<QObject *>(tick), first, second })
         pool.attachToThread(object);
     // The first worker takes tick, the second (new, as the first is loaded) first, the least
     // loaded, the earliest on a tie, second.
@@ -139,15 +139,16 @@ void tst_PoolRegistry::signalPoolAttachedObjects()
     QCOMPARE(attached.workers.at(0).load, 2);
 
     // Renamed after attaching: shown under the name it had then.
-    QMetaObject::invokeMethod(first, [first]() { first->setObjectName(QStringLiteral("renamed")); });
+    QMetaObject::invokeMethod(
+        first, [first]() { first->setObjectName(QStringLiteral("renamed")); });
     // A destroyed object keeps its entry, as it keeps counting in the load.
     QVERIFY(deleteInTheirThreads({ second }));
     QCOMPARE(attachedOf(pool.snapshot(1000)),
         QList<QStringList>({ { "QTimer/tick", "QObject/second" }, { "QObject/first" } }));
     // A detach from this thread only forgets the object; its name goes with its entry.
     pool.detachFromThread(tick);
-    QCOMPARE(
-        attachedOf(pool.snapshot(1000)), QList<QStringList>({ { "QObject/second" }, { "QObject/first" } }));
+    QCOMPARE(attachedOf(pool.snapshot(1000)),
+        QList<QStringList>({ { "QObject/second" }, { "QObject/first" } }));
     QCOMPARE(pool.snapshot(1000).workers.at(0).load, pool.threads().at(0)->load());
     QVERIFY(deleteInTheirThreads({ tick, first }));
 }
@@ -163,8 +164,8 @@ void tst_PoolRegistry::snapshotsWhilePoolsComeAndGo()
     QString failure;
     std::thread reader([&]() {
         while (!done) {
-            for (const ko::SignalPoolSnapshot& pool : PoolRegistry::signalPools(1000)) {
-                for (const ko::SignalWorkerSnapshot& worker : pool.workers) {
+            for (const ko::SignalPoolSnapshot &pool : PoolRegistry::signalPools(1000)) {
+                for (const ko::SignalWorkerSnapshot &worker : pool.workers) {
                     if (worker.load != worker.attached.size() && failure.isEmpty())
                         failure = worker.name;
                 }
@@ -175,13 +176,13 @@ void tst_PoolRegistry::snapshotsWhilePoolsComeAndGo()
     });
     komQtSignalThreadPool keeper(QStringLiteral("Keeper"), 3);
     QVERIFY(PoolRegistry::add(&keeper));
-    QList<QObject*> kept;
+    QList<QObject *> kept;
     for (int round = 0; round < rounds; ++round) {
         komQtSignalThreadPool pool(QStringLiteral("Round"), 2);
         TestPool jobs(QStringLiteral("Jobs"), 2);
         QVERIFY(PoolRegistry::add(&pool));
         QVERIFY(PoolRegistry::add(&jobs));
-        QList<QObject*> objects;
+        QList<QObject *> objects;
         for (int i = 0; i < objectsPerRound; ++i) {
             objects << named(new QObject, "object");
             pool.attachToThread(objects.last());
@@ -199,9 +200,9 @@ void tst_PoolRegistry::snapshotsWhilePoolsComeAndGo()
     reader.join();
     QCOMPARE(failure, QString());
     int total = 0;
-    for (const ko::SignalWorkerSnapshot& worker : keeper.snapshot(1000).workers) {
-        total += int(std::count_if(
-            worker.attached.cbegin(), worker.attached.cend(), [](const ko::AttachedObjectSnapshot& object) {
+    for (const ko::SignalWorkerSnapshot &worker : keeper.snapshot(1000).workers) {
+        total += int(std::count_if(worker.attached.cbegin(), worker.attached.cend(),
+            [](const ko::AttachedObjectSnapshot &object) {
                 return object.objectName == QLatin1String("kept");
             }));
     }

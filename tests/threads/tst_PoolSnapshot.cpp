@@ -15,10 +15,10 @@ using ko::komQtThreadPool;
 namespace
 {
 
-QList<int> queuedIds(const ko::JobWorkerSnapshot& worker)
+QList<int> queuedIds(const ko::JobWorkerSnapshot &worker)
 {
     QList<int> ids;
-    for (const ko::QueuedJobSnapshot& job : worker.queue)
+    for (const ko::QueuedJobSnapshot &job : worker.queue)
         ids << job.jobId;
     return ids;
 }
@@ -26,11 +26,11 @@ QList<int> queuedIds(const ko::JobWorkerSnapshot& worker)
 // A job that only counts its runs.
 struct TickJob : ko::IRunnable
 {
-    explicit TickJob(std::atomic<int>& runs)
+    explicit TickJob(std::atomic<int> &runs)
         : mRuns(runs)
     { }
-    void run(int, ko::JobTimer&) override { ++mRuns; }
-    std::atomic<int>& mRuns;
+    void run(int, ko::JobTimer &) override { ++mRuns; }
+    std::atomic<int> &mRuns;
 };
 
 } // namespace
@@ -109,8 +109,8 @@ void tst_PoolSnapshot::queuedEntries_data()
     QTest::newRow("normal") << QList<int> { 3 } << QList<int> { 3 } << QList<bool> { false };
     QTest::newRow("LIFO bit kept beside the masked priority")
         << QList<int> { 0x800 | 3 } << QList<int> { 3 } << QList<bool> { true };
-    QTest::newRow("arrival order, whatever the priority")
-        << QList<int> { 4, 0, 0x800 | 6 } << QList<int> { 4, 0, 6 } << QList<bool> { false, false, true };
+    QTest::newRow("arrival order, whatever the priority") << QList<int> { 4, 0,
+        0x800 | 6 } << QList<int> { 4, 0, 6 } << QList<bool> { false, false, true };
     QTest::newRow("bits above the LIFO bit dropped")
         << QList<int> { 0x1000 | 2 } << QList<int> { 2 } << QList<bool> { false };
 }
@@ -127,13 +127,13 @@ void tst_PoolSnapshot::queuedEntries()
     const kom::smart<RecordingJob> job = scheduleJob(pool, held, &gate);
     QVERIFY(job->waitStarted());
     for (int priority : scheduled)
-        pool.schedule(
-            kom::smart<RecordingJob>(new RecordingJob), komQtThreadPool::SchedulePriority(priority));
+        pool.schedule(kom::smart<RecordingJob>(new RecordingJob),
+            komQtThreadPool::SchedulePriority(priority));
 
     const QVector<ko::QueuedJobSnapshot> queue = pool.snapshot().workers.value(0).queue;
     QList<int> seenPriorities;
     QList<bool> seenLifo;
-    for (const ko::QueuedJobSnapshot& entry : queue) {
+    for (const ko::QueuedJobSnapshot &entry : queue) {
         seenPriorities << entry.priority;
         seenLifo << entry.lifo;
     }
@@ -155,7 +155,8 @@ void tst_PoolSnapshot::totalsCountAbortsAndMoves()
     const kom::smart<RecordingJob> jobB = scheduleJob(pool, b);
     const kom::smart<RecordingJob> jobC = scheduleJob(pool, c);
     QVERIFY(pool.changePriority(a, komQtThreadPool::ScheduleHighPriority));
-    QVERIFY(!pool.changePriority(held, komQtThreadPool::ScheduleHighPriority)); // running: not moved
+    QVERIFY(
+        !pool.changePriority(held, komQtThreadPool::ScheduleHighPriority)); // running: not moved
     QSet<int> abort { c };
     pool.requestAbort(abort);
 
@@ -230,12 +231,13 @@ void tst_PoolSnapshot::snapshotsWhileJobsRun()
     std::thread reader([&]() {
         for (int i = 0; !done; ++i) {
             const JobPoolSnapshot s = pool.snapshot(i % 2 == 0 ? 0 : 1000);
-            const ko::JobPoolTotals& t = s.totals;
+            const ko::JobPoolTotals &t = s.totals;
             const int load = std::accumulate(s.workers.cbegin(), s.workers.cend(), 0,
-                [](int sum, const ko::JobWorkerSnapshot& w) { return sum + w.workLoad; });
+                [](int sum, const ko::JobWorkerSnapshot &w) { return sum + w.workLoad; });
             const bool addsUp = t.started >= t.finished
-                && (s.lockBusy ? load == -s.workers.size()
-                               : t.scheduled >= t.started && quint64(load) <= t.scheduled - t.finished);
+                && (s.lockBusy
+                        ? load == -s.workers.size()
+                        : t.scheduled >= t.started && quint64(load) <= t.scheduled - t.finished);
             if (!addsUp && failure.isEmpty()) {
                 failure = QStringLiteral("scheduled %1 started %2 finished %3 load %4 lockBusy %5")
                               .arg(t.scheduled)

@@ -20,7 +20,7 @@ class OneStreamLog
 public:
     OneStreamLog()
     {
-        ko::Log& log = ko::Log::instance();
+        ko::Log &log = ko::Log::instance();
         ko::MutexLocker lock(log.mutex(), true);
         mPreviousLevel = log.logLevel();
         for (int i = 0; i < ko::Log::LevelCount; ++i) {
@@ -31,21 +31,21 @@ public:
     }
     ~OneStreamLog()
     {
-        ko::Log& log = ko::Log::instance();
+        ko::Log &log = ko::Log::instance();
         ko::MutexLocker lock(log.mutex(), true);
         for (int i = 0; i < ko::Log::LevelCount; ++i)
             log.setStream(ko::Log::ELevel(i), mPrevious[i], false);
         log.setLogLevel(mPreviousLevel);
     }
-    OneStreamLog(const OneStreamLog&) = delete;
-    OneStreamLog& operator=(const OneStreamLog&) = delete;
+    OneStreamLog(const OneStreamLog &) = delete;
+    OneStreamLog &operator=(const OneStreamLog &) = delete;
 
     /** The lines about jobs, without the time stamp. */
     QStringList jobLines() const
     {
         ko::MutexLocker lock(ko::Log::instance().mutex(), true);
         QStringList lines;
-        for (const QString& line : QString::fromStdString(mStream.str()).split(QLatin1Char('\n'))) {
+        for (const QString &line : QString::fromStdString(mStream.str()).split(QLatin1Char('\n'))) {
             const QString text = line.mid(24); // after "yyyy-MM-dd hh:mm:ss.zzz "
             if (text.contains(QLatin1String(" job ")))
                 lines << text;
@@ -55,7 +55,7 @@ public:
 
 private:
     std::ostringstream mStream;
-    std::ostream* mPrevious[ko::Log::LevelCount];
+    std::ostream *mPrevious[ko::Log::LevelCount];
     ko::Log::ELevel mPreviousLevel;
 };
 
@@ -64,7 +64,7 @@ const QRegularExpression kStallLine(
 const QRegularExpression kEndLine(
     QStringLiteral("^Message job (\\d+) on (\\S+) finished after (\\d+\\.\\d) s$"));
 
-bool waitWithoutEvents(const std::function<bool()>& done)
+bool waitWithoutEvents(const std::function<bool()> &done)
 {
     QElapsedTimer clock;
     clock.start();
@@ -112,7 +112,8 @@ void tst_StallWatchdog::twoLinesPerStalledJob()
     int id;
     const kom::smart<RecordingJob> job = scheduleJob(pool, id, &gate);
     QVERIFY(job->waitStarted());
-    // The pool's thread does not run its event loop meanwhile: the watchdog has a thread of its own.
+    // The pool's thread does not run its event loop meanwhile: the watchdog has a thread of its
+    // own.
     QVERIFY(waitWithoutEvents([&]() { return !log.jobLines().isEmpty(); }));
     // Several thresholds later it has said nothing more.
     QVERIFY(waitWithoutEvents([&]() { return pool.snapshot().workers.value(0).runningMs >= 500; }));
@@ -185,7 +186,7 @@ void tst_StallWatchdog::endsRaceReports()
     pool.setStallThreshold(0);
 
     QHash<int, QStringList> linesOf;
-    for (const QString& line : log.jobLines()) {
+    for (const QString &line : log.jobLines()) {
         const QRegularExpressionMatch stall = kStallLine.match(line);
         const QRegularExpressionMatch end = kEndLine.match(line);
         QVERIFY2(stall.hasMatch() || end.hasMatch(), qPrintable(line));

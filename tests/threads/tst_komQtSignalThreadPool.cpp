@@ -27,16 +27,16 @@ public Q_SLOTS:
     void record() { slotThread.storeRelease(QThread::currentThread()); }
     void startTimer()
     {
-        auto* timer = new QTimer(this);
+        auto *timer = new QTimer(this);
         timer->setSingleShot(true);
-        connect(
-            timer, &QTimer::timeout, this, [this] { timerThread.storeRelease(QThread::currentThread()); });
+        connect(timer, &QTimer::timeout, this,
+            [this] { timerThread.storeRelease(QThread::currentThread()); });
         timer->start(1);
     }
 };
 
 // Runs @p function inside the thread of @p context and returns once it has run.
-template <class Function> void runIn(QObject* context, Function function)
+template <class Function> void runIn(QObject *context, Function function)
 {
     QMetaObject::invokeMethod(context, function, Qt::BlockingQueuedConnection);
 }
@@ -44,7 +44,7 @@ template <class Function> void runIn(QObject* context, Function function)
 // A log stream that deletes an object once the first line has been written to it.
 struct DeletingStreambuf : std::stringbuf
 {
-    QObject* victim;
+    QObject *victim;
     int sync() override
     {
         delete victim;
@@ -53,10 +53,10 @@ struct DeletingStreambuf : std::stringbuf
     }
 };
 
-int totalLoad(const komQtSignalThreadPool& pool)
+int totalLoad(const komQtSignalThreadPool &pool)
 {
     int sum = 0;
-    for (komQtSignalWorkerThread* thread : pool.threads())
+    for (komQtSignalWorkerThread *thread : pool.threads())
         sum += thread->load();
     return sum;
 }
@@ -82,7 +82,7 @@ private Q_SLOTS:
 
 void tst_komQtSignalThreadPool::globalPoolWithManyObjects()
 {
-    komQtSignalThreadPool* pool = komQtSignalThreadPool::globalInstance();
+    komQtSignalThreadPool *pool = komQtSignalThreadPool::globalInstance();
     QCOMPARE(komQtSignalThreadPool::globalInstance(), pool);
     QCOMPARE(pool->objectName(), QStringLiteral("SignalThreadPool"));
     QCOMPARE(pool->maxThreads(), 4);
@@ -92,7 +92,7 @@ void tst_komQtSignalThreadPool::globalPoolWithManyObjects()
         objects.emplace_back(new QObject);
         pool->attachToThread(objects.back().get());
         if (i < 4) { // every worker is busy: a new one is made up to the limit
-            komQtSignalWorkerThread* worker = pool->threads().at(i);
+            komQtSignalWorkerThread *worker = pool->threads().at(i);
             QCOMPARE(worker->objectName(), QStringLiteral("SignalThreadPool-Thread-%1").arg(i + 1));
             QCOMPARE(worker->priority(), QThread::LowPriority);
             QCOMPARE(objects.back()->thread(), worker);
@@ -101,7 +101,7 @@ void tst_komQtSignalThreadPool::globalPoolWithManyObjects()
     QCOMPARE(pool->threads().size(), 4);
     QCOMPARE(totalLoad(*pool), 1000);
     QList<QPointer<QThread>> workers;
-    for (komQtSignalWorkerThread* thread : pool->threads())
+    for (komQtSignalWorkerThread *thread : pool->threads())
         workers << thread;
     LogCapture capture;
     QVERIFY(komQtSignalThreadPool::deleteGlobalInstance());
@@ -115,14 +115,17 @@ void tst_komQtSignalThreadPool::globalPoolWithManyObjects()
 void tst_komQtSignalThreadPool::choiceRule_data()
 {
     QTest::addColumn<int>("maxThreads");
-    QTest::addColumn<QList<int>>("detachFrom"); // worker indexes whose first object is detached (load drops)
+    QTest::addColumn<QList<int>>(
+        "detachFrom"); // worker indexes whose first object is detached (load drops)
     QTest::addColumn<int>("objects"); // attached one after the other (after that setup)
     QTest::addColumn<QList<int>>("loads"); // loads of the workers at the end
     QTest::newRow("limit reached: least loaded, earliest on ties")
         << 2 << QList<int> {} << 5 << QList<int> { 3, 2 };
-    QTest::newRow("no limit: a worker per object") << 0 << QList<int> {} << 3 << QList<int> { 1, 1, 1 };
+    QTest::newRow("no limit: a worker per object")
+        << 0 << QList<int> {} << 3 << QList<int> { 1, 1, 1 };
     QTest::newRow("negative limit: no limit") << -1 << QList<int> {} << 2 << QList<int> { 1, 1 };
-    QTest::newRow("an idle worker is reused first") << 0 << QList<int> { 0 } << 1 << QList<int> { 1, 1 };
+    QTest::newRow("an idle worker is reused first")
+        << 0 << QList<int> { 0 } << 1 << QList<int> { 1, 1 };
 }
 
 void tst_komQtSignalThreadPool::choiceRule()
@@ -148,7 +151,7 @@ void tst_komQtSignalThreadPool::choiceRule()
         pool.attachToThread(owned.back().get());
     }
     QList<int> seen;
-    for (komQtSignalWorkerThread* thread : pool.threads())
+    for (komQtSignalWorkerThread *thread : pool.threads())
         seen << thread->load();
     QCOMPARE(seen, loads);
     QCOMPARE(pool.threads().first()->objectName(), QStringLiteral("Render%1-Thread-1"));
@@ -167,20 +170,21 @@ void tst_komQtSignalThreadPool::stoppedWorkerDiscarded()
     QVERIFY(first.isNull());
     QCOMPARE(pool.threads().size(), 2);
     // Numbered from the list length: "P-Thread-2" is given a second time.
-    QCOMPARE(pool.threads().at(0)->objectName() + pool.threads().at(1)->objectName(), "P-Thread-2P-Thread-2");
+    QCOMPARE(pool.threads().at(0)->objectName() + pool.threads().at(1)->objectName(),
+        "P-Thread-2P-Thread-2");
 }
 
 void tst_komQtSignalThreadPool::objectsInWorker()
 {
     komQtSignalThreadPool pool(QStringLiteral("D"), 1);
-    QThread* main = QThread::currentThread();
+    QThread *main = QThread::currentThread();
     Probe moved;
     QObject forgotten, orphan;
-    auto* doomed = new QObject;
+    auto *doomed = new QObject;
     orphan.setObjectName(QStringLiteral("orphan"));
-    for (QObject* object : { doomed, static_cast<QObject*>(&moved), &forgotten, &orphan })
+    for (QObject *object : { doomed, static_cast<QObject *>(&moved), &forgotten, &orphan })
         pool.attachToThread(object);
-    komQtSignalWorkerThread* worker = pool.threads().first();
+    komQtSignalWorkerThread *worker = pool.threads().first();
     QMetaObject::invokeMethod(&moved, "record", Qt::QueuedConnection);
     QMetaObject::invokeMethod(&moved, "startTimer", Qt::QueuedConnection);
     QTRY_COMPARE(moved.slotThread.loadAcquire(), worker);
@@ -219,11 +223,11 @@ void tst_komQtSignalThreadPool::objectGoneDuringDetach()
     // line: its entry goes, the entry an object destroyed earlier left behind stays.
     komQtSignalThreadPool pool(QStringLiteral("G"), 1);
     QObject kept;
-    auto* earlier = new QObject;
-    auto* gone = new QObject;
-    for (QObject* object : { earlier, &kept, gone })
+    auto *earlier = new QObject;
+    auto *gone = new QObject;
+    for (QObject *object : { earlier, &kept, gone })
         pool.attachToThread(object);
-    komQtSignalWorkerThread* worker = pool.threads().first();
+    komQtSignalWorkerThread *worker = pool.threads().first();
     runIn(earlier, [earlier] { delete earlier; });
     QPointer<QObject> watch(gone);
     DeletingStreambuf deleting;
@@ -247,7 +251,7 @@ void tst_komQtSignalThreadPool::nullObjectsRefused()
     pool.attachToThread(nullptr);
     QCOMPARE(pool.threads().size(), 0); // no worker is made for nothing
     pool.attachToThread(&object);
-    komQtSignalWorkerThread* worker = pool.threads().first();
+    komQtSignalWorkerThread *worker = pool.threads().first();
     worker->attach(nullptr);
     QCOMPARE(worker->load(), 1);
     QCOMPARE(capture.allLines(),
@@ -259,9 +263,8 @@ void tst_komQtSignalThreadPool::escapingException_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<QStringList>("line");
-    QTest::newRow("ExceptionQt") << 0
-                                 << QStringList(
-                                        ko::RuntimeException(QStringLiteral("broken")).toString().trimmed());
+    QTest::newRow("ExceptionQt")
+        << 0 << QStringList(ko::RuntimeException(QStringLiteral("broken")).toString().trimmed());
     QTest::newRow("anything else") << 1 << QStringList("in worker thread E-Thread-1: ");
 }
 
@@ -269,7 +272,7 @@ void tst_komQtSignalThreadPool::escapingException()
 {
     QFETCH(int, kind);
     const QtMessageHandler previous
-        = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+        = qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     LogCapture capture;
     komQtSignalThreadPool pool(QStringLiteral("E"), 0);
     QObject target;
@@ -300,19 +303,20 @@ void tst_komQtSignalThreadPool::stress()
 {
     komQtSignalThreadPool pool(QStringLiteral("S"), 4);
     constexpr int count = 10000;
-    QThread* main = QThread::currentThread();
-    std::vector<QObject*> objects(count);
+    QThread *main = QThread::currentThread();
+    std::vector<QObject *> objects(count);
     for (int i = 0; i < count; ++i) {
         objects[i] = new QObject;
         pool.attachToThread(objects[i]);
     }
     QCOMPARE(totalLoad(pool), count);
 
-    // Every third object is detached to the main thread and every third deleted, each from inside its worker.
+    // Every third object is detached to the main thread and every third deleted, each from inside
+    // its worker.
     QAtomicInt done;
     for (int i = 0; i < count; ++i) {
-        QObject* object = objects[i];
-        auto* worker = static_cast<komQtSignalWorkerThread*>(object->thread());
+        QObject *object = objects[i];
+        auto *worker = static_cast<komQtSignalWorkerThread *>(object->thread());
         if (i % 3 != 2) {
             QMetaObject::invokeMethod(object, [=, &done] {
                 if (i % 3 == 0)
@@ -330,11 +334,13 @@ void tst_komQtSignalThreadPool::stress()
     for (int i = 0; i < count; ++i) {
         if (i % 3 == 0) {
             QCOMPARE(objects[i]->thread(), main);
-            for (komQtSignalWorkerThread* worker : pool.threads())
+            for (komQtSignalWorkerThread *worker : pool.threads())
                 QCOMPARE(worker->indexOf(objects[i]), -1);
             delete objects[i];
         } else if (i % 3 == 2) {
-            QVERIFY(static_cast<komQtSignalWorkerThread*>(objects[i]->thread())->indexOf(objects[i]) >= 0);
+            QVERIFY(
+                static_cast<komQtSignalWorkerThread *>(objects[i]->thread())->indexOf(objects[i])
+                >= 0);
         }
     }
     // Destroyed objects stay as null entries and keep counting; detached ones are gone.

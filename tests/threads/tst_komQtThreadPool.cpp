@@ -13,7 +13,7 @@
 
 using ko::komQtThreadPool;
 
-static QStringList finishedLines(const LogCapture& capture)
+static QStringList finishedLines(const LogCapture &capture)
 {
     QStringList lines = capture.lines(ko::Log::Message).filter(QStringLiteral(" finished."));
     lines.sort();
@@ -23,7 +23,7 @@ static QStringList finishedLines(const LogCapture& capture)
 // Counts its runs, and the runs that happened although its abort flag was set.
 struct CountingJob : ko::IRunnable
 {
-    void run(int, ko::JobTimer&) override { ++(mAbortRequested ? mRunsWhileAborted : mRuns); }
+    void run(int, ko::JobTimer &) override { ++(mAbortRequested ? mRunsWhileAborted : mRuns); }
     std::atomic<int> mRuns { 0 }, mRunsWhileAborted { 0 };
 };
 
@@ -75,8 +75,10 @@ void tst_komQtThreadPool::newPoolSignalsAndWorkers()
     TestPool pool(QStringLiteral("Render"), 2);
     connect(&pool, &komQtThreadPool::idle, this, [&]() { events << "idle"; });
     connect(&pool, &komQtThreadPool::busy, this, [&]() { events << "busy"; });
-    QSignalSpy started(&pool, &komQtThreadPool::jobStarted), finished(&pool, &komQtThreadPool::jobFinished);
-    // idle() came from the constructor, before anyone listened; without workers the pool is not idle.
+    QSignalSpy started(&pool, &komQtThreadPool::jobStarted),
+        finished(&pool, &komQtThreadPool::jobFinished);
+    // idle() came from the constructor, before anyone listened; without workers the pool is not
+    // idle.
     QVERIFY(!pool.isIdle());
     QVERIFY(pool.isIdleSince().isValid());
     int id;
@@ -92,27 +94,31 @@ void tst_komQtThreadPool::newPoolSignalsAndWorkers()
     QVERIFY(finished.at(0).at(1).toInt() >= 15);
 
     QSemaphore gate;
-    QList<kom::smart<RecordingJob>> jobs { scheduleJob(pool, id, &gate), scheduleJob(pool, id, &gate),
-        scheduleJob(pool, id, &gate) };
+    QList<kom::smart<RecordingJob>> jobs { scheduleJob(pool, id, &gate),
+        scheduleJob(pool, id, &gate), scheduleJob(pool, id, &gate) };
     QCOMPARE(events, QStringList({ "idle", "busy" }));
     QVERIFY(!pool.isIdleSince().isValid());
     QCOMPARE(pool.countThreads(), 2); // the third job went to a busy worker
     gate.release(3);
     QVERIFY(spinUntil([&]() { return finished.count() == 8; }));
-    QCOMPARE(job1->mThreadName + jobs.at(1)->mThreadName, QStringLiteral("Render-Thread-1Render-Thread-2"));
-    QCOMPARE(jobs.at(2)->mThreadName, QStringLiteral("Render-Thread-1")); // least loaded, earliest on ties
+    QCOMPARE(job1->mThreadName + jobs.at(1)->mThreadName,
+        QStringLiteral("Render-Thread-1Render-Thread-2"));
+    QCOMPARE(jobs.at(2)->mThreadName,
+        QStringLiteral("Render-Thread-1")); // least loaded, earliest on ties
     QCOMPARE(capture.lines(ko::Log::Message).mid(0, 2),
-        QStringList({ "QtThreadPool: count worker threads: 1", "QtThreadPool: count worker threads: 2" }));
+        QStringList(
+            { "QtThreadPool: count worker threads: 1", "QtThreadPool: count worker threads: 2" }));
     QVERIFY(pool.retire());
-    QCOMPARE(
-        finishedLines(capture), QStringList({ "Render-Thread-1 finished.", "Render-Thread-2 finished." }));
+    QCOMPARE(finishedLines(capture),
+        QStringList({ "Render-Thread-1 finished.", "Render-Thread-2 finished." }));
 }
 
 void tst_komQtThreadPool::waits_data()
 {
     QTest::addColumn<bool>("all");
     QTest::addColumn<int>("timeout");
-    QTest::addColumn<int>("exitCode"); // ends the wait's loop at 20 ms when not 0; the job ends at 40 ms
+    QTest::addColumn<int>(
+        "exitCode"); // ends the wait's loop at 20 ms when not 0; the job ends at 40 ms
     QTest::addColumn<bool>("expected");
     QTest::addColumn<QStringList>("lines");
     QTest::newRow("one, 0 ms") << false << 0 << 0 << false << QStringList();
@@ -209,7 +215,7 @@ rlimit capThreadCreation()
 
 // The child process of threadLimit(): schedules jobs on a pool while no new thread can be
 // created and prints what came of it, one fact a line.
-int threadLimitChild(const QString& which)
+int threadLimitChild(const QString &which)
 {
     LogCapture capture(ko::Log::Warning);
     QTextStream out(stdout);
@@ -224,12 +230,13 @@ int threadLimitChild(const QString& which)
     const rlimit previous = capThreadCreation();
     kom::smart<RecordingJob> job = scheduleJob(pool, second);
     setrlimit(RLIMIT_AS, &previous);
-    out << "id " << second << "\nworkers " << pool.countThreads() << "\naborted " << job->mAbortRequested
-        << "\n";
+    out << "id " << second << "\nworkers " << pool.countThreads() << "\naborted "
+        << job->mAbortRequested << "\n";
     gate.release();
     // Either the job runs on the worker that was running, or it was never queued.
-    out << "waited " << pool.waitForFinished(second, 10000) << "\nruns " << job->mRuns.load() << "\n";
-    for (const QString& line : capture.allLines())
+    out << "waited " << pool.waitForFinished(second, 10000) << "\nruns " << job->mRuns.load()
+        << "\n";
+    for (const QString &line : capture.allLines())
         out << line << "\n";
     out.flush();
     return pool.retire() ? 0 : 1;
@@ -255,14 +262,17 @@ void tst_komQtThreadPool::threadLimit()
     // flagged as aborted when there is none. Run in a child process, whose limits are its own.
     QFETCH(QString, which);
     QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), { QStringLiteral("--thread-limit"), which });
+    child.start(
+        QCoreApplication::applicationFilePath(), { QStringLiteral("--thread-limit"), which });
     QVERIFY(child.waitForFinished(60000));
     const QString errors = QString::fromLocal8Bit(child.readAllStandardError());
     QCOMPARE(child.exitStatus(), QProcess::NormalExit);
     QVERIFY2(child.exitCode() == 0, qPrintable(errors));
-    QTEST(QString::fromLocal8Bit(child.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
+    QTEST(QString::fromLocal8Bit(child.readAllStandardOutput())
+              .split(QLatin1Char('\n'), Qt::SkipEmptyParts),
         "lines");
-    QVERIFY2(errors.contains(QLatin1String("QThread::start: Thread creation error")), qPrintable(errors));
+    QVERIFY2(errors.contains(QLatin1String("QThread::start: Thread creation error")),
+        qPrintable(errors));
 }
 
 void tst_komQtThreadPool::abortAndPriority()
@@ -272,8 +282,9 @@ void tst_komQtThreadPool::abortAndPriority()
     QSignalSpy started(&pool, &komQtThreadPool::jobStarted);
     QSemaphore gate;
     int g1, g2, a, b, c;
-    QList<kom::smart<RecordingJob>> jobs { scheduleJob(pool, g1, &gate), scheduleJob(pool, g2, &gate),
-        scheduleJob(pool, a), scheduleJob(pool, b), scheduleJob(pool, c) };
+    QList<kom::smart<RecordingJob>> jobs { scheduleJob(pool, g1, &gate),
+        scheduleJob(pool, g2, &gate), scheduleJob(pool, a), scheduleJob(pool, b),
+        scheduleJob(pool, c) };
     QVERIFY(jobs.at(0)->waitStarted() && jobs.at(1)->waitStarted());
     QCOMPARE(pool.workers().at(0)->workLoad(), 3); // one running, two queued
     QVERIFY(pool.changePriority(c, komQtThreadPool::ScheduleHighPriority));
@@ -351,7 +362,8 @@ void tst_komQtThreadPool::setMaxThreadsDiscardsIdleOnly()
     for (int i = 0; i < idle + busy; ++i)
         scheduleJob(pool, id, i < idle ? &idleGate : &busyGate);
     idleGate.release(idle);
-    QVERIFY(spinUntil([&]() { return pool.countBusyThreads() == busy && pool.totalWorkLoad() == busy; }));
+    QVERIFY(spinUntil(
+        [&]() { return pool.countBusyThreads() == busy && pool.totalWorkLoad() == busy; }));
     const auto workers = pool.workers();
     pool.setMaxThreads(maxThreads);
     QCOMPARE(pool.countThreads(), remaining);
@@ -407,7 +419,8 @@ void tst_komQtThreadPool::waitFromAnotherThread()
     int id;
     kom::smart<RecordingJob> job = scheduleJob(pool, id, &gate);
     std::atomic<int> result { -1 };
-    QScopedPointer<QThread> waiter(QThread::create([&]() { result = pool.waitForFinished(id, 10000); }));
+    QScopedPointer<QThread> waiter(
+        QThread::create([&]() { result = pool.waitForFinished(id, 10000); }));
     waiter->start();
     gate.release();
     QVERIFY(spinUntil([&]() { return waiter->isFinished(); }));
@@ -419,13 +432,14 @@ void tst_komQtThreadPool::deleteGlobalInstanceWithBusyWorkers()
 {
     LogCapture capture;
     QVERIFY(!komQtThreadPool::deleteGlobalInstance());
-    komQtThreadPool* pool = komQtThreadPool::globalInstance();
+    komQtThreadPool *pool = komQtThreadPool::globalInstance();
     QCOMPARE(komQtThreadPool::globalInstance(), pool);
     QCOMPARE(pool->objectName(), QStringLiteral("ThreadPool"));
     pool->setMaxThreads(2);
     QSemaphore gate;
     int id;
-    QList<kom::smart<RecordingJob>> jobs { scheduleJob(*pool, id, &gate), scheduleJob(*pool, id, &gate) };
+    QList<kom::smart<RecordingJob>> jobs { scheduleJob(*pool, id, &gate),
+        scheduleJob(*pool, id, &gate) };
     QVERIFY(jobs.at(0)->waitStarted());
     QVERIFY(jobs.at(1)->waitStarted());
     kom::smart<RecordingJob> queued = scheduleJob(*pool, id);
@@ -435,7 +449,7 @@ void tst_komQtThreadPool::deleteGlobalInstanceWithBusyWorkers()
     // The busy jobs finish, then their workers delete themselves and let go of the jobs.
     gate.release(2);
     QVERIFY(spinUntil([&]() { return !jobs.at(0)->mThread && !jobs.at(1)->mThread; }));
-    for (const auto& job : qAsConst(jobs)) {
+    for (const auto &job : qAsConst(jobs)) {
         QCOMPARE(job->mRuns.load(), 1);
         QCOMPARE(job.useCount(), 1L);
     }
@@ -454,11 +468,12 @@ void tst_komQtThreadPool::stress()
     std::vector<std::vector<std::pair<kom::smart<CountingJob>, int>>> scheduled(producers);
     std::atomic<int> done { 0 };
     std::vector<std::thread> threads;
-    for (auto& mine : scheduled) {
+    for (auto &mine : scheduled) {
         threads.emplace_back([&]() {
             for (int i = 0; i < perProducer; ++i) {
                 kom::smart<CountingJob> job(new CountingJob);
-                const auto priority = komQtThreadPool::SchedulePriority((i % 7) | (i % 3 ? 0 : 0x800));
+                const auto priority
+                    = komQtThreadPool::SchedulePriority((i % 7) | (i % 3 ? 0 : 0x800));
                 mine.emplace_back(job, pool.schedule(job, priority));
                 QSet<int> ids { mine[std::max(i - 1, 0)].second, mine[std::max(i - 3, 0)].second };
                 if (i % 5 == 4)
@@ -473,15 +488,15 @@ void tst_komQtThreadPool::stress()
         });
     }
     QVERIFY(spinUntil([&]() { return done == producers; }, 60000));
-    for (auto& thread : threads)
+    for (auto &thread : threads)
         thread.join();
     // waitForAllFinished() can return while a worker back in the idle list still has queued jobs,
     // and never while a worker whose last job was aborted stays busy: wait until every job has
     // run or carries its abort flag.
     QVERIFY(spinUntil(
         [&]() {
-            for (const auto& list : scheduled)
-                for (const auto& entry : list)
+            for (const auto &list : scheduled)
+                for (const auto &entry : list)
                     if (entry.first->mRuns == 0 && !entry.first->mAbortRequested)
                         return false;
             return true;
@@ -490,9 +505,9 @@ void tst_komQtThreadPool::stress()
     QVERIFY(pool.retire(60000));
     int ran = 0, aborted = 0;
     QSet<int> ids;
-    for (const auto& list : scheduled) {
-        for (const auto& entry : list) {
-            const CountingJob& job = *entry.first;
+    for (const auto &list : scheduled) {
+        for (const auto &entry : list) {
+            const CountingJob &job = *entry.first;
             QCOMPARE(job.mRunsWhileAborted.load(), 0);
             QCOMPARE(entry.first.useCount(), 1L);
             QCOMPARE(job.mRuns + (job.mAbortRequested ? 1 : 0), 1); // ran, or was aborted
@@ -506,7 +521,7 @@ void tst_komQtThreadPool::stress()
     QVERIFY(aborted > 0);
 }
 
-int main(int argc, char** argv)
+int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
     if (argc == 3 && qstrcmp(argv[1], "--thread-limit") == 0)

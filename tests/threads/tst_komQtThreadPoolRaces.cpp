@@ -25,7 +25,7 @@ void tst_komQtThreadPoolRaces::queryDuringHandOver()
     // about that job. It is queued or running all along, so no answer may be false before it ran.
     constexpr int rounds = 300, perRound = 50;
     Worker worker;
-    ko::komQtWorkerThread* thread = worker.thread;
+    ko::komQtWorkerThread *thread = worker.thread;
     long checks = 0, misses = 0;
     int nextId = 1;
     for (int round = 0; round < rounds; ++round) {
@@ -35,10 +35,11 @@ void tst_komQtThreadPoolRaces::queryDuringHandOver()
         for (int i = 0; i < perRound; ++i, ++nextId)
             jobs.emplace_back(nextId, worker.add(nextId));
         std::thread asker([&]() {
-            for (const auto& job : jobs) {
+            for (const auto &job : jobs) {
                 for (;;) {
                     const bool answer = thread->isScheduledOrRunning(job.first);
-                    if (job.second->mRuns == 1) // looked at after the answer: it may have ended since
+                    if (job.second->mRuns
+                        == 1) // looked at after the answer: it may have ended since
                         break;
                     ++checks;
                     misses += answer ? 0 : 1;
@@ -64,10 +65,12 @@ void tst_komQtThreadPoolRaces::concurrentWaits_data()
         << QList<int> { 30, 150 } << QList<int>() << false;
     QTest::newRow("all from two threads, the longer first")
         << QList<int> { 150, 30 } << QList<int>() << false;
-    QTest::newRow("one job from four threads") << QList<int>() << QList<int> { 20, 60, -1, -1 } << false;
+    QTest::newRow("one job from four threads")
+        << QList<int>() << QList<int> { 20, 60, -1, -1 } << false;
     QTest::newRow("all and one job from four threads")
         << QList<int> { 20, -1 } << QList<int> { 40, -1 } << false;
-    QTest::newRow("four threads and a nested wait") << QList<int> { 40, -1 } << QList<int> { 20, -1 } << true;
+    QTest::newRow("four threads and a nested wait")
+        << QList<int> { 40, -1 } << QList<int> { 20, -1 } << true;
 }
 
 void tst_komQtThreadPoolRaces::concurrentWaits()
@@ -91,19 +94,20 @@ void tst_komQtThreadPoolRaces::concurrentWaits()
     std::vector<std::unique_ptr<Wait>> waits;
     const QList<int> limits = forAll + forJob;
     for (int i = 0; i < limits.size(); ++i) {
-        auto* wait = new Wait;
+        auto *wait = new Wait;
         waits.emplace_back(wait);
         wait->limit = limits.at(i);
         const bool all = i < forAll.size();
         wait->thread.reset(QThread::create([&pool, wait, all, id]() {
-            wait->result = all ? pool.waitForAllFinished(wait->limit) : pool.waitForFinished(id, wait->limit);
+            wait->result = all ? pool.waitForAllFinished(wait->limit)
+                               : pool.waitForFinished(id, wait->limit);
         }));
         wait->thread->start();
         QTest::qWait(10); // lets the waits begin in list order
     }
     const auto limitedOver = [&waits]() {
         return std::all_of(waits.cbegin(), waits.cend(),
-            [](const std::unique_ptr<Wait>& w) { return w->limit < 0 || w->thread->isFinished(); });
+            [](const std::unique_ptr<Wait> &w) { return w->limit < 0 || w->thread->isFinished(); });
     };
     // The held job cannot end before every limited wait is over, so those all time out.
     bool mainResult = true, nestedResult = true;
@@ -124,18 +128,18 @@ void tst_komQtThreadPoolRaces::concurrentWaits()
     }
     QVERIFY(spinUntil([&waits]() {
         return std::all_of(waits.cbegin(), waits.cend(),
-            [](const std::unique_ptr<Wait>& w) { return w->thread->isFinished(); });
+            [](const std::unique_ptr<Wait> &w) { return w->thread->isFinished(); });
     }));
     QVERIFY(mainResult);
     QVERIFY(nestedResult);
-    for (const auto& wait : waits)
+    for (const auto &wait : waits)
         QCOMPARE(wait->result.load(), wait->limit < 0 ? 1 : 0);
     // Every wait has left the pool: waiting for a new job touches none of them.
     QVERIFY(pool.waitForFinished(pool.schedule(kom::smart<RecordingJob>(new RecordingJob)), 10000));
     const int timedOutForAll
         = int(std::count_if(forAll.cbegin(), forAll.cend(), [](int l) { return l >= 0; }));
-    QCOMPARE(
-        capture.allLines(), QStringList(QVector<QString>(timedOutForAll, "2|jobs in progress").toList()));
+    QCOMPARE(capture.allLines(),
+        QStringList(QVector<QString>(timedOutForAll, "2|jobs in progress").toList()));
     QVERIFY(pool.retire());
 }
 

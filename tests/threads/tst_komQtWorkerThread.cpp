@@ -12,7 +12,7 @@
 
 using ko::komQtWorkerThread;
 typedef ko::komQtThreadPool::SchedulePriority Priority;
-typedef void (*JobBody)(ko::JobTimer& timer); // the work of a test job, given the job's timer
+typedef void (*JobBody)(ko::JobTimer &timer); // the work of a test job, given the job's timer
 Q_DECLARE_METATYPE(JobBody)
 
 namespace
@@ -24,7 +24,7 @@ struct TimerJob : ko::IRunnable
     explicit TimerJob(JobBody body)
         : mBody(body)
     { }
-    void run(int, ko::JobTimer& timer) override { mBody(timer); }
+    void run(int, ko::JobTimer &timer) override { mBody(timer); }
     JobBody mBody;
 };
 
@@ -32,26 +32,27 @@ struct TimerJob : ko::IRunnable
 struct ThrownObject : QObject
 {
     ThrownObject() = default;
-    ThrownObject(const ThrownObject&)
+    ThrownObject(const ThrownObject &)
         : QObject()
     { }
 };
 
-// The rows of a job timer that is a time of day (QTime, Qt 5): a QElapsedTimer (Qt 6) has no start to move.
+// The rows of a job timer that is a time of day (QTime, Qt 5): a QElapsedTimer (Qt 6) has no start
+// to move.
 template <typename Timer> void addTimeOfDayRows()
 {
     if constexpr (std::is_same_v<Timer, QTime>) {
         QTest::newRow("started 5 s earlier")
-            << JobBody(+[](Timer& t) { t = t.addMSecs(-5000); }) << 5000 << 86399999;
+            << JobBody(+[](Timer &t) { t = t.addMSecs(-5000); }) << 5000 << 86399999;
         // QTime::elapsed() counts a start after the current time as a start on the day before.
         QTest::newRow("started 60 s later: the day wraps")
-            << JobBody(+[](Timer& t) { t = t.addMSecs(60000); }) << 86340000 << 86399999;
+            << JobBody(+[](Timer &t) { t = t.addMSecs(60000); }) << 86340000 << 86399999;
     }
 }
 
 // Schedules @p body as job 1 and a plain job 2 on @p worker; returns the ends in the order seen,
 // each as the pair of job id and elapsed ms.
-QList<QPair<int, int>> runTimerJob(Worker& worker, JobBody body)
+QList<QPair<int, int>> runTimerJob(Worker &worker, JobBody body)
 {
     QList<QPair<int, int>> ends;
     QObject context;
@@ -85,9 +86,9 @@ private Q_SLOTS:
 void tst_komQtWorkerThread::interfaceName()
 {
     RecordingJob job;
-    const ko::IInterface& constJob = job;
+    const ko::IInterface &constJob = job;
     QCOMPARE(constJob.getInterface("ko::IInterface"), &constJob);
-    for (const char* name : { "ko::IInterface ", "ko::iinterface", "IInterface" }) {
+    for (const char *name : { "ko::IInterface ", "ko::iinterface", "IInterface" }) {
         QCOMPARE(job.getInterface(name), nullptr);
         QCOMPARE(constJob.getInterface(name), nullptr);
     }
@@ -139,14 +140,15 @@ void tst_komQtWorkerThread::runOrder()
 
 void tst_komQtWorkerThread::noWakeIsLost()
 {
-    // Jobs arrive while the worker is starting or about to sleep: a lost wake-up leaves one waiting.
+    // Jobs arrive while the worker is starting or about to sleep: a lost wake-up leaves one
+    // waiting.
     LogCapture capture;
     for (int round = 0; round < 200; ++round) {
         Worker worker;
         for (int i = 1; i <= 10; ++i)
             QVERIFY2(worker.add(i)->waitStarted(),
-                qPrintable(
-                    QStringLiteral("round %1 job %2").arg(QString::number(round), QString::number(i))));
+                qPrintable(QStringLiteral("round %1 job %2")
+                               .arg(QString::number(round), QString::number(i))));
     }
 }
 
@@ -156,7 +158,7 @@ void tst_komQtWorkerThread::jobTimer_data()
     QTest::addColumn<int>("least");
     QTest::addColumn<int>("most");
     addTimeOfDayRows<ko::JobTimer>();
-    QTest::newRow("made invalid after 50 ms") << +[](ko::JobTimer& t) {
+    QTest::newRow("made invalid after 50 ms") << +[](ko::JobTimer &t) {
         QThread::msleep(50);
         t = ko::JobTimer();
     } << 0 << 0;
@@ -164,7 +166,8 @@ void tst_komQtWorkerThread::jobTimer_data()
 
 void tst_komQtWorkerThread::jobTimer()
 {
-    // The elapsed time reported is read from the timer the job was given, whatever the job did to it.
+    // The elapsed time reported is read from the timer the job was given, whatever the job did to
+    // it.
     QFETCH(JobBody, body);
     Worker worker;
     const QList<QPair<int, int>> ends = runTimerJob(worker, body);
@@ -196,9 +199,11 @@ void tst_komQtWorkerThread::priorityForEveryJob()
     QFETCH(int, firstSets);
     QFETCH(int, second);
     QFETCH(int, seen);
-    // The worker asks Qt for the job's priority every time, InheritPriority included, which Qt refuses.
+    // The worker asks Qt for the job's priority every time, InheritPriority included, which Qt
+    // refuses.
     if (second == QThread::InheritPriority)
-        QTest::ignoreMessage(QtWarningMsg, "QThread::setPriority: Argument cannot be InheritPriority");
+        QTest::ignoreMessage(
+            QtWarningMsg, "QThread::setPriority: Argument cannot be InheritPriority");
     Worker worker;
     kom::smart<RecordingJob> job1(new RecordingJob);
     job1->mNewPriority = QThread::Priority(firstSets);
@@ -214,24 +219,27 @@ void tst_komQtWorkerThread::throwingJob_data()
     QTest::addColumn<JobBody>("body");
     QTest::addColumn<QString>("line");
     static char text[] = "mutable";
-    QTest::newRow("ko::ExceptionQt") << +[](ko::JobTimer&) {
+    QTest::newRow("ko::ExceptionQt") << +[](ko::JobTimer &) {
         throw ko::RuntimeException(QStringLiteral("broken"));
     } << ko::RuntimeException(QStringLiteral("broken")).toString().trimmed();
-    QTest::newRow("char*") << +[](ko::JobTimer&) { throw static_cast<char*>(text); }
+    QTest::newRow("char*") << +[](ko::JobTimer &) { throw static_cast<char *>(text); }
                            << "in worker thread Unit: mutable";
-    QTest::newRow("const char*") << +[](ko::JobTimer&) { throw "text"; } << "in worker thread Unit: text";
-    QTest::newRow("komTerminalException")
-        << +[](ko::JobTimer&) { throw komTerminalException("end"); } << "in worker thread Unit: end";
-    QTest::newRow("komException") << +[](ko::JobTimer&) {
+    QTest::newRow("const char*") << +[](ko::JobTimer &) { throw "text"; }
+                                 << "in worker thread Unit: text";
+    QTest::newRow("komTerminalException") << +[](ko::JobTimer &) {
+        throw komTerminalException("end");
+    } << "in worker thread Unit: end";
+    QTest::newRow("komException") << +[](ko::JobTimer &) {
         komException e("first");
         e.addMessage("second");
         throw e;
     } << "in worker thread Unit: first,second";
-    QTest::newRow("std::exception") << +[](ko::JobTimer&) { throw std::runtime_error("what"); }
+    QTest::newRow("std::exception") << +[](ko::JobTimer &) { throw std::runtime_error("what"); }
                                     << "in worker thread Unit: what";
-    QTest::newRow("QObject") << +[](ko::JobTimer&) { throw ThrownObject(); }
+    QTest::newRow("QObject") << +[](ko::JobTimer &) { throw ThrownObject(); }
                              << "in worker thread Unit: QObject";
-    QTest::newRow("anything else") << +[](ko::JobTimer&) { throw 42; } << "in worker thread Unit: ";
+    QTest::newRow("anything else")
+        << +[](ko::JobTimer &) { throw 42; } << "in worker thread Unit: ";
 }
 
 void tst_komQtWorkerThread::throwingJob()

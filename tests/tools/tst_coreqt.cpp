@@ -43,14 +43,14 @@ struct Result
 const QByteArray kHeader("\x01\x01\x00\x00\x01\x00\x00\x00", 8);
 
 // The child sees English unless a row says otherwise, and UTC unless TZ is given.
-QProcessEnvironment environment(const QStringList& settings)
+QProcessEnvironment environment(const QStringList &settings)
 {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    for (const char* name : { "LANGUAGE", "LC_ALL", "LC_MESSAGES" })
+    for (const char *name : { "LANGUAGE", "LC_ALL", "LC_MESSAGES" })
         env.remove(QString::fromLatin1(name));
     env.insert(QStringLiteral("LANG"), QStringLiteral("C"));
     env.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
-    for (const QString& setting : settings)
+    for (const QString &setting : settings)
         env.insert(setting.section(QLatin1Char('='), 0, 0), setting.section(QLatin1Char('='), 1));
     return env;
 }
@@ -79,8 +79,8 @@ struct Terminal
 
 // Starts coreqt; with @p shell, through /bin/sh, which runs @p shell first (a limit, arguments
 // that are not text) and then the program with "$@".
-void start(QProcess& process, const QStringList& arguments, const QStringList& settings,
-    const QString& directory, const QString& shell = QString())
+void start(QProcess &process, const QStringList &arguments, const QStringList &settings,
+    const QString &directory, const QString &shell = QString())
 {
     process.setProcessEnvironment(environment(settings));
     process.setWorkingDirectory(directory);
@@ -88,10 +88,11 @@ void start(QProcess& process, const QStringList& arguments, const QStringList& s
         process.start(QStringLiteral(COREQT_INSTALLED_TOOL), arguments);
     else
         process.start(QStringLiteral("/bin/sh"),
-            QStringList { "-c", shell + "\nexec \"$0\" \"$@\"", COREQT_INSTALLED_TOOL } + arguments);
+            QStringList { "-c", shell + "\nexec \"$0\" \"$@\"", COREQT_INSTALLED_TOOL }
+                + arguments);
 }
 
-Result finish(QProcess& process, Terminal* terminal = nullptr)
+Result finish(QProcess &process, Terminal *terminal = nullptr)
 {
     // The terminal is read while the child runs, so that it never blocks on a full terminal.
     QElapsedTimer clock;
@@ -103,12 +104,14 @@ Result finish(QProcess& process, Terminal* terminal = nullptr)
     }
     Result result;
     if (process.state() == QProcess::NotRunning && process.exitStatus() == QProcess::NormalExit)
-        result = { process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError() };
+        result = { process.exitCode(), process.readAllStandardOutput(),
+            process.readAllStandardError() };
     return result;
 }
 
-Result coreqt(const QStringList& arguments, const QStringList& settings = QStringList(),
-    const QString& directory = QString(), Terminal* terminal = nullptr, const QString& shell = QString())
+Result coreqt(const QStringList &arguments, const QStringList &settings = QStringList(),
+    const QString &directory = QString(), Terminal *terminal = nullptr,
+    const QString &shell = QString())
 {
     QProcess process;
     if (terminal)
@@ -123,11 +126,11 @@ Result coreqt(const QStringList& arguments, const QStringList& settings = QStrin
 // whole, it would cost seconds each time.
 constexpr qint64 kWholeFileLimit = qint64(16) << 20;
 
-QMap<QString, QByteArray> entriesIn(const QString& path)
+QMap<QString, QByteArray> entriesIn(const QString &path)
 {
     QMap<QString, QByteArray> entries;
     const QDir dir(path);
-    for (const QString& name :
+    for (const QString &name :
         dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot)) {
         const QFileInfo info(dir.filePath(name));
         QFile file(info.filePath());
@@ -142,7 +145,8 @@ QMap<QString, QByteArray> entriesIn(const QString& path)
         else
             entries.insert(name,
                 QByteArray::number(file.size()) + " bytes starting "
-                    + QCryptographicHash::hash(file.read(kWholeFileLimit), QCryptographicHash::Sha256)
+                    + QCryptographicHash::hash(
+                        file.read(kWholeFileLimit), QCryptographicHash::Sha256)
                           .toHex());
     }
     return entries;
@@ -151,11 +155,11 @@ QMap<QString, QByteArray> entriesIn(const QString& path)
 QByteArray randomBytes(int size)
 {
     QByteArray bytes(size, Qt::Uninitialized);
-    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(bytes.data()), size / 4);
+    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(bytes.data()), size / 4);
     return bytes;
 }
 
-bool writeFile(const QString& path, const QByteArray& contents)
+bool writeFile(const QString &path, const QByteArray &contents)
 {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
@@ -163,7 +167,7 @@ bool writeFile(const QString& path, const QByteArray& contents)
 
 // A character device (1,3 is null, 1,7 is full) made in the folder, or where the system does not
 // let us make one, a link to the system's own.
-bool makeDevice(const QString& path, int minor)
+bool makeDevice(const QString &path, int minor)
 {
     if (::mknod(QFile::encodeName(path).constData(), S_IFCHR | 0666, makedev(1, minor)) == 0)
         return true;
@@ -173,15 +177,17 @@ bool makeDevice(const QString& path, int minor)
 // Creates an entry from @p spec: "name=contents", "name*N" (N zero bytes), "name#N" (a valid
 // enciphered header and N zero bytes), "name->target" (a link), "name:full" or "name:null" (a
 // device), "name|" (a FIFO).
-bool makeEntry(const QDir& dir, const QString& spec)
+bool makeEntry(const QDir &dir, const QString &spec)
 {
-    const QRegularExpressionMatch m = QRegularExpression("^([^=*#:|-]+)(=|\\*|#|->|:|\\|)(.*)$").match(spec);
+    const QRegularExpressionMatch m
+        = QRegularExpression("^([^=*#:|-]+)(=|\\*|#|->|:|\\|)(.*)$").match(spec);
     const QString path = dir.filePath(m.captured(1)), kind = m.captured(2), rest = m.captured(3);
     if (kind == "=")
         return writeFile(path, rest.toLatin1());
     if (kind == "*" || kind == "#") {
         QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(kind == "#" ? kHeader : QByteArray()) >= 0
+        return file.open(QIODevice::WriteOnly)
+            && file.write(kind == "#" ? kHeader : QByteArray()) >= 0
             && file.resize(file.size() + rest.toLongLong()); // sparse: quick to make, quick to read
     }
     if (kind == "->")
@@ -191,21 +197,24 @@ bool makeEntry(const QDir& dir, const QString& spec)
     return ::mkfifo(QFile::encodeName(path).constData(), 0666) == 0;
 }
 
-QJsonDocument json(const QStringList& arguments)
+QJsonDocument json(const QStringList &arguments)
 {
     const Result result
         = coreqt(QStringList(arguments) << QStringLiteral("--format") << QStringLiteral("json"));
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(result.out, &error);
     if (result.exitCode != 0 || error.error != QJsonParseError::NoError)
-        qWarning() << "not JSON:" << result.exitCode << error.errorString() << result.out << result.err;
+        qWarning() << "not JSON:" << result.exitCode << error.errorString() << result.out
+                   << result.err;
     return document;
 }
 
 // The rows that vocab lists for @p rows: each key a lookup reaches (the first row of a key; not
-// the closing null row), with its value where the table is looked up by value, and its English text.
+// the closing null row), with its value where the table is looked up by value, and its English
+// text.
 template <typename Row, std::size_t N>
-void expectRows(QJsonArray& expected, const char* table, const Row (&rows)[N], bool identifiers = false)
+void expectRows(
+    QJsonArray &expected, const char *table, const Row (&rows)[N], bool identifiers = false)
 {
     for (std::size_t i = 0; i < N; ++i) {
         if (!rows[i].key || ko::indexOfKey(rows, QString::fromLatin1(rows[i].key)) != int(i))
@@ -215,8 +224,8 @@ void expectRows(QJsonArray& expected, const char* table, const Row (&rows)[N], b
             value = rows[i].value;
         else if (identifiers)
             value = int(i);
-        expected.append(QJsonObject { { "table", table }, { "key", rows[i].key }, { "value", value },
-            { "text", QString::fromLatin1(rows[i].text) } });
+        expected.append(QJsonObject { { "table", table }, { "key", rows[i].key },
+            { "value", value }, { "text", QString::fromLatin1(rows[i].text) } });
     }
 }
 
@@ -228,14 +237,14 @@ enum class Peer { Nothing, PlainFile, StaleSocket, Server };
 class FakeConsole
 {
 public:
-    FakeConsole(const QString& path, const QByteArray& answer, bool silent)
+    FakeConsole(const QString &path, const QByteArray &answer, bool silent)
     {
         QSemaphore listening;
         mThread.reset(QThread::create([path, answer, silent, &listening]() {
             QLocalServer server;
             server.listen(path);
             QObject::connect(&server, &QLocalServer::newConnection, [&server, &answer, silent]() {
-                QLocalSocket* client = server.nextPendingConnection();
+                QLocalSocket *client = server.nextPendingConnection();
                 if (silent)
                     return;
                 client->write(answer);
@@ -258,11 +267,11 @@ private:
 };
 
 // @p document with the values that change from one moment to the next set to 0.
-QJsonValue withoutTimes(const QJsonValue& value)
+QJsonValue withoutTimes(const QJsonValue &value)
 {
     if (value.isArray()) {
         QJsonArray array;
-        for (const QJsonValue& item : value.toArray())
+        for (const QJsonValue &item : value.toArray())
             array.append(withoutTimes(item));
         return array;
     }
@@ -271,14 +280,15 @@ QJsonValue withoutTimes(const QJsonValue& value)
     QJsonObject object = value.toObject();
     for (auto it = object.begin(); it != object.end(); ++it) {
         const bool time = it.key().endsWith(QLatin1String("Ms"))
-            && it.key() != QLatin1String("stallThresholdMs") && it.key() != QLatin1String("lockWaitMs");
+            && it.key() != QLatin1String("stallThresholdMs")
+            && it.key() != QLatin1String("lockWaitMs");
         it.value() = time ? QJsonValue(0) : withoutTimes(it.value());
     }
     return object;
 }
 
 // The table with every time ("1.2 s") written as "T" and each run of blanks as one.
-QString tableWithoutTimes(const QByteArray& table)
+QString tableWithoutTimes(const QByteArray &table)
 {
     return QString::fromUtf8(table)
         .replace(QRegularExpression(QStringLiteral("\\d+\\.\\d s")), QStringLiteral("T"))
@@ -321,8 +331,8 @@ void tst_coreqt::lookups_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const QStringList& arguments, const QString& expected,
-                         const QStringList& settings = QStringList()) {
+    const auto row = [](const char *name, const QStringList &arguments, const QString &expected,
+                         const QStringList &settings = QStringList()) {
         QTest::newRow(name) << arguments << settings << expected;
     };
     const QString vm = "VM\t0x00000008\tVideo Motion (VM)\n";
@@ -336,12 +346,14 @@ void tst_coreqt::lookups_data()
         "whiteBalance\tauto narrow\t256\tAutomatisch (eng)\n", { "LANG=de_DE.UTF-8" });
     row("German from an Austrian locale", { "event", "AE" }, "AE\t0xFFFFFFFF\tAlle Ereignisse\n",
         { "LANG=de_AT.UTF-8" });
-    row("--lang wins over the locale", { "event", "--lang", "en", "VM" }, vm, { "LANG=fr_FR.UTF-8" });
-    row("lookup by value", { "vocab", "contrastMode", "--value", "0" }, "contrastMode\tundef\t0\tUnknown\n");
+    row("--lang wins over the locale", { "event", "--lang", "en", "VM" }, vm,
+        { "LANG=fr_FR.UTF-8" });
+    row("lookup by value", { "vocab", "contrastMode", "--value", "0" },
+        "contrastMode\tundef\t0\tUnknown\n");
     row("identifier table by key", { "vocab", "microphoneTarget", "--key", "3" },
         "microphoneTarget\t3\t3\tExtIO\n");
     QString everyTable;
-    for (const char* table : { "streamMode", "nightImprovement", "whiteBalance", "noiseSuppression",
+    for (const char *table : { "streamMode", "nightImprovement", "whiteBalance", "noiseSuppression",
              "darkNoiseSuppression", "contrastMode" })
         everyTable += QString::fromLatin1(table) + "\tundef\t0\tUnknown\n";
     row("key in every table", { "vocab", "--key", "undef" }, everyTable);
@@ -352,10 +364,12 @@ void tst_coreqt::lookups_data()
     row("frame time", { "time", "1999999" },
         "frametime\t1999999\nutc\t1970-01-01T00:00:01.999Z\nlocal\t1970-01-01T00:00:01.999Z\n");
     row("frame time in Berlin", { "time", "946684800123456" },
-        "frametime\t946684800123456\nutc\t2000-01-01T00:00:00.123Z\nlocal\t2000-01-01T01:00:00.123+01:00\n",
+        "frametime\t946684800123456\nutc\t2000-01-01T00:00:00.123Z\nlocal\t2000-01-01T01:00:00.123+"
+        "01:00\n",
         { "TZ=Europe/Berlin" });
     row("back from local time", { "time", "--from", "2000-07-01T12:00:00" },
-        "frametime\t962445600000000\nutc\t2000-07-01T10:00:00.000Z\nlocal\t2000-07-01T12:00:00.000+02:00\n",
+        "frametime\t962445600000000\nutc\t2000-07-01T10:00:00.000Z\nlocal\t2000-07-01T12:00:00.000+"
+        "02:00\n",
         { "TZ=Europe/Berlin" });
     row("version", { "--version" }, "coreqt 1.0.0\n");
 }
@@ -421,13 +435,15 @@ void tst_coreqt::errors_data()
     QTest::addColumn<QStringList>("mentions");
     QTest::addColumn<QStringList>("entries"); // made before the run, see makeEntry()
     QTest::addColumn<int>("fileSizeLimit"); // in blocks of the shell's ulimit -f; 0: none
-    const auto row = [](const char* name, const QStringList& arguments, const char* command,
-                         const QStringList& mentions, const QStringList& entries = {}, int limit = 0) {
-        QTest::newRow(name) << arguments << command << mentions << entries << limit;
-    };
+    const auto row
+        = [](const char *name, const QStringList &arguments, const char *command,
+              const QStringList &mentions, const QStringList &entries = {}, int limit = 0) {
+              QTest::newRow(name) << arguments << command << mentions << entries << limit;
+          };
     row("unknown command", { "frobnicate" }, "", { "'frobnicate' is not a command" });
     row("unknown option", { "events", "--bogus", "1" }, "events", { "Unknown option 'bogus'" });
-    row("unknown option beside --version", { "--version", "--bogus" }, "", { "Unknown option 'bogus'" });
+    row("unknown option beside --version", { "--version", "--bogus" }, "",
+        { "Unknown option 'bogus'" });
     row("argument count", { "events" }, "events", { "expected events MASK [MASK MASK], got 0" });
     row("not a number", { "events", "0xZZ" }, "events", { "mask '0xZZ'", "not a number" });
     row("negative mask", { "events", "-1" }, "events", { "mask '-1'", "negative" });
@@ -435,20 +451,22 @@ void tst_coreqt::errors_data()
         { "--threads '999999999999'", "out of range" });
     row("frame time before 1970", { "time", "-9223372036854775808" }, "time",
         { "frame time '-9223372036854775808'", "out of range" });
-    row("unknown key, control characters escaped", { "vocab", "whiteBalance", "--key", "a\nb" }, "vocab",
-        { "key 'a\\nb'", "no entry in whiteBalance" });
+    row("unknown key, control characters escaped", { "vocab", "whiteBalance", "--key", "a\nb" },
+        "vocab", { "key 'a\\nb'", "no entry in whiteBalance" });
     row("unknown table", { "vocab", "colour" }, "vocab", { "table 'colour'" });
-    row("two lookups at once", { "vocab", "--key", "off", "--value", "2" }, "vocab", { "--key or --value" });
+    row("two lookups at once", { "vocab", "--key", "off", "--value", "2" }, "vocab",
+        { "--key or --value" });
     row("unknown language", { "--lang", "it", "event", "AE" }, "event", { "--lang 'it'" });
     row("unknown format", { "events", "1", "--format", "xml" }, "events", { "--format 'xml'" });
     row("tour as JSON", { "demo", "--format", "json" }, "demo", { "--format json" });
     row("unknown benchmark", { "bench", "files" }, "bench", { "benchmark 'files'" });
     row("missing file", { "decrypt", "missing.bin", "out.bin" }, "decrypt",
         { "missing.bin", "No such file or directory" }, { "out.bin=keep me" });
-    row("empty file name", { "encrypt", "", "out.bin" }, "encrypt", { "IN ''" }, { "out.bin=keep me" });
-    row("empty file name to inspect", { "inspect", "" }, "inspect", { "FILE ''" });
-    row("folder as input", { "encrypt", ".", "out.bin" }, "encrypt", { ".: OpenError", "directory" },
+    row("empty file name", { "encrypt", "", "out.bin" }, "encrypt", { "IN ''" },
         { "out.bin=keep me" });
+    row("empty file name to inspect", { "inspect", "" }, "inspect", { "FILE ''" });
+    row("folder as input", { "encrypt", ".", "out.bin" }, "encrypt",
+        { ".: OpenError", "directory" }, { "out.bin=keep me" });
     row("OUT in a missing folder", { "encrypt", "in.txt", "nowhere/out.bin" }, "encrypt",
         { "nowhere/out.bin", "No such file or directory" }, { "in.txt=text" });
     row("not enciphered", { "decrypt", "notes.txt", "out.bin" }, "decrypt",
@@ -458,8 +476,8 @@ void tst_coreqt::errors_data()
                          "data") });
     row("header cut short", { "inspect", "short.bin" }, "inspect", { "short.bin", "5 bytes" },
         { "short.bin=12345" });
-    row("full device", { "encrypt", "in.txt", "full" }, "encrypt", { "full", "No space left on device" },
-        { "in.txt=text", "full:full" });
+    row("full device", { "encrypt", "in.txt", "full" }, "encrypt",
+        { "full", "No space left on device" }, { "in.txt=text", "full:full" });
     row("full device behind a link", { "decrypt", "in.enc", "out" }, "decrypt",
         { "out", "No space left on device" }, { "in.enc#100", "out->full", "full:full" });
     row("file size limit, encrypt", { "encrypt", "in.bin", "out.bin" }, "encrypt",
@@ -476,19 +494,21 @@ void tst_coreqt::errors()
     QFETCH(QStringList, entries);
     QFETCH(int, fileSizeLimit);
     QTemporaryDir dir;
-    for (const QString& entry : entries)
+    for (const QString &entry : entries)
         QVERIFY2(makeEntry(QDir(dir.path()), entry), qPrintable(entry));
     const QMap<QString, QByteArray> before = entriesIn(dir.path());
     // An ignored SIGXFSZ stays ignored in the program, whose write then fails with EFBIG.
     const QString limit = QStringLiteral("trap '' XFSZ; ulimit -f %1").arg(fileSizeLimit);
-    const Result result = coreqt(arguments, {}, dir.path(), nullptr, fileSizeLimit ? limit : QString());
+    const Result result
+        = coreqt(arguments, {}, dir.path(), nullptr, fileSizeLimit ? limit : QString());
     QCOMPARE(result.exitCode, 2);
     QCOMPARE(result.out, QByteArray());
     const QString err = QString::fromUtf8(result.err);
     QCOMPARE(err.count(QLatin1Char('\n')), 1);
     QVERIFY2(err.endsWith(QLatin1Char('\n')), qPrintable(err));
-    QVERIFY2(err.startsWith("coreqt: " + (command.isEmpty() ? QString() : command + ": ")), qPrintable(err));
-    for (const QString& mention : mentions)
+    QVERIFY2(err.startsWith("coreqt: " + (command.isEmpty() ? QString() : command + ": ")),
+        qPrintable(err));
+    for (const QString &mention : mentions)
         QVERIFY2(err.contains(mention), qPrintable(err));
     QCOMPARE(entriesIn(dir.path()), before);
 }
@@ -513,15 +533,15 @@ void tst_coreqt::encipheredRoundTrip()
               .rightJustified(8, '0')
               .toUpper();
     QCOMPARE(encrypt.exitCode, 0);
-    QCOMPARE(
-        QString::fromUtf8(encrypt.out), QStringLiteral("file\tenc.bin\nsize\t1048576\nseed\t%1\n").arg(seed));
+    QCOMPARE(QString::fromUtf8(encrypt.out),
+        QStringLiteral("file\tenc.bin\nsize\t1048576\nseed\t%1\n").arg(seed));
 
     const Result inspect = coreqt({ "inspect", "enc.bin" }, {}, dir.path());
     QCOMPARE(inspect.exitCode, 0);
     QCOMPARE(QString::fromUtf8(inspect.out),
-        QStringLiteral(
-            "file\tenc.bin\nversion\t1\nminimumVersion\t1\nreserved\t0x0000\nseed\t%1\nsize\t1048576\n"
-            "readable\ttrue\n")
+        QStringLiteral("file\tenc.bin\nversion\t1\nminimumVersion\t1\nreserved\t0x0000\nseed\t%"
+                       "1\nsize\t1048576\n"
+                       "readable\ttrue\n")
             .arg(seed));
 
     const Result decrypt = coreqt({ "decrypt", "enc.bin", "out.bin" }, {}, dir.path());
@@ -529,9 +549,11 @@ void tst_coreqt::encipheredRoundTrip()
     QCOMPARE(decrypt.err, QByteArray());
     QCOMPARE(QString::fromUtf8(decrypt.out), QStringLiteral("file\tout.bin\nsize\t1048576\n"));
     const QMap<QString, QByteArray> files = entriesIn(dir.path());
-    QCOMPARE(files.keys(), QStringList({ "enc.bin", "in.bin", "out.bin" })); // no temporary file left
+    QCOMPARE(
+        files.keys(), QStringList({ "enc.bin", "in.bin", "out.bin" })); // no temporary file left
     QVERIFY(files.value("out.bin") == plain);
-    QCOMPARE(QFile::permissions(dir.filePath("out.bin")), permissions); // the replaced file keeps them
+    QCOMPARE(
+        QFile::permissions(dir.filePath("out.bin")), permissions); // the replaced file keeps them
 
     // A newer file that this version may still read (its minimum version is 1) is readable.
     QByteArray newer = enciphered;
@@ -554,7 +576,7 @@ void tst_coreqt::outputsThatAreNotFiles()
     const QDir here(dir.path());
     const QByteArray plain = randomBytes(300000);
     QVERIFY(writeFile(dir.filePath("in.bin"), plain));
-    for (const char* entry : { "fifo|", "null:null", "target=old", "link->target" })
+    for (const char *entry : { "fifo|", "null:null", "target=old", "link->target" })
         QVERIFY(makeEntry(here, entry));
 
     QCOMPARE(coreqt({ "encrypt", "in.bin", "null" }, {}, dir.path()).exitCode, 0);
@@ -564,13 +586,13 @@ void tst_coreqt::outputsThatAreNotFiles()
     QCOMPARE(QFileInfo(dir.filePath("target")).size(), plain.size() + 8);
 
     // Through a FIFO, whose reader is another process: the link read back, in.bin enciphered.
-    for (const char* in : { "link", "in.bin" }) {
+    for (const char *in : { "link", "in.bin" }) {
         QProcess reader;
         reader.setStandardOutputFile(dir.filePath("read"));
         reader.start("cat", { dir.filePath("fifo") });
         QVERIFY(reader.waitForStarted());
-        const Result result
-            = coreqt({ in == QLatin1String("link") ? "decrypt" : "encrypt", in, "fifo" }, {}, dir.path());
+        const Result result = coreqt(
+            { in == QLatin1String("link") ? "decrypt" : "encrypt", in, "fifo" }, {}, dir.path());
         QCOMPARE(result.exitCode, 0);
         QVERIFY(reader.waitForFinished());
         if (in == QLatin1String("link"))
@@ -579,7 +601,8 @@ void tst_coreqt::outputsThatAreNotFiles()
     QCOMPARE(coreqt({ "decrypt", "read", "back" }, {}, dir.path()).exitCode, 0);
     QVERIFY(entriesIn(dir.path()).value("back") == plain);
     QCOMPARE(entriesIn(dir.path()).value("fifo"), QByteArray("(not a file)"));
-    QCOMPARE(entriesIn(dir.path()).value("link"), "-> " + QFile::encodeName(dir.filePath("target")));
+    QCOMPARE(
+        entriesIn(dir.path()).value("link"), "-> " + QFile::encodeName(dir.filePath("target")));
     QCOMPARE(coreqt({ "decrypt", "link", "link" }, {}, dir.path()).exitCode, 0);
     QVERIFY(entriesIn(dir.path()).value("target") == plain);
 }
@@ -601,7 +624,7 @@ void tst_coreqt::fileNamesKeepTheirBytes()
     const QByteArray plain = randomBytes(1000);
     // QTemporaryDir cannot name these files to remove them.
     const auto removeRawNames = qScopeGuard([&folder] {
-        for (const char* name : { "in\xff\xfe", "enc\xff", "out\xc0" })
+        for (const char *name : { "in\xff\xfe", "enc\xff", "out\xc0" })
             ::unlink((folder + name).constData());
     });
     const int fd = ::open((folder + "in\xff\xfe").constData(), O_WRONLY | O_CREAT, 0644);
@@ -610,7 +633,7 @@ void tst_coreqt::fileNamesKeepTheirBytes()
     ::close(fd);
     const QStringList settings { "LANG=" + locale };
     // printf writes the bytes into the shell's arguments, where QProcess cannot.
-    const auto run = [&](const char* arguments) {
+    const auto run = [&](const char *arguments) {
         return coreqt({}, settings, dir.path(), nullptr, QStringLiteral("set -- ") + arguments);
     };
     const Result encrypt = run("encrypt \"$(printf 'in\\377\\376')\" \"$(printf 'enc\\377')\"");
@@ -632,8 +655,9 @@ void tst_coreqt::signalsLeaveNothing_data()
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("input"); // see makeEntry()
     QTest::addColumn<int>("signal");
-    for (const char* command : { "encrypt", "decrypt" }) {
-        const QString input = command == QLatin1String("encrypt") ? "in*2147483648" : "in#2147483648";
+    for (const char *command : { "encrypt", "decrypt" }) {
+        const QString input
+            = command == QLatin1String("encrypt") ? "in*2147483648" : "in#2147483648";
         for (int signal : { SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE })
             QTest::addRow("%s %s", command, ::strsignal(signal)) << command << input << signal;
     }
@@ -657,7 +681,7 @@ void tst_coreqt::signalsLeaveNothing()
     const QString fds = QStringLiteral("/proc/%1/fd").arg(process.processId());
     const QString folder = QFileInfo(dir.path()).canonicalFilePath() + '/';
     const auto writing = [&] {
-        for (const QFileInfo& fd : QDir(fds).entryInfoList(QDir::AllEntries | QDir::System)) {
+        for (const QFileInfo &fd : QDir(fds).entryInfoList(QDir::AllEntries | QDir::System)) {
             const QString target = fd.symLinkTarget();
             if (target.startsWith(folder) && target != folder + "in")
                 return true;
@@ -696,13 +720,15 @@ void tst_coreqt::progressOnlyOnATerminal()
 void tst_coreqt::bench()
 {
     Terminal terminal;
-    const Result result = coreqt(
-        { "bench", "jobs", "--jobs", "300", "--threads", "2", "--work-us", "5" }, {}, QString(), &terminal);
+    const Result result
+        = coreqt({ "bench", "jobs", "--jobs", "300", "--threads", "2", "--work-us", "5" }, {},
+            QString(), &terminal);
     QCOMPARE(result.exitCode, 0);
-    const QStringList lines = QString::fromUtf8(result.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList lines
+        = QString::fromUtf8(result.out).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(lines.size(), 6);
     QCOMPARE(lines.mid(0, 3), QStringList({ "jobs\t300", "threads\t2", "workUs\t5" }));
-    for (const QString& line : lines.mid(3))
+    for (const QString &line : lines.mid(3))
         QVERIFY2(line.section(QLatin1Char('\t'), 1).toDouble() > 0, qPrintable(line));
     QVERIFY(terminal.output.contains("bench komQtThreadPool: 100% (300 of 300 jobs)"));
     QVERIFY(terminal.output.contains("bench QThreadPool: 100% (300 of 300 jobs)"));
@@ -715,19 +741,24 @@ void tst_coreqt::topErrors_data()
     QTest::addColumn<bool>("silent");
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QString>("message"); // after "coreqt: top: <path>: "
-    const auto row = [](const char* name, Peer peer, const QString& message, const QByteArray& answer = {},
-                         bool silent = false, const QStringList& options = {}) {
-        QTest::newRow(name) << peer << answer << silent << options << message;
-    };
+    const auto row
+        = [](const char *name, Peer peer, const QString &message, const QByteArray &answer = {},
+              bool silent = false, const QStringList &options = {}) {
+              QTest::newRow(name) << peer << answer << silent << options << message;
+          };
     row("no such socket", Peer::Nothing, "no such socket");
     row("a file that is not a socket", Peer::PlainFile, "not a CoreQt console (not a socket)");
     row("nothing listens", Peer::StaleSocket, "nothing listens on it");
-    row("no answer in time", Peer::Server, "no answer within 0.3 s", {}, true, { "--timeout", "300" });
+    row("no answer in time", Peer::Server, "no answer within 0.3 s", {}, true,
+        { "--timeout", "300" });
     row("not JSON", Peer::Server, "not a CoreQt console", "hello\n");
     row("closed without a word", Peer::Server, "not a CoreQt console");
-    row("another program's JSON", Peer::Server, "not a CoreQt console", R"({"console":"Other","version":1})");
-    row("a version without a number", Peer::Server, "not a CoreQt console", R"({"console":"CoreQt"})");
-    row("a later format version", Peer::Server, "unknown format version 2 (this program reads version 1)",
+    row("another program's JSON", Peer::Server, "not a CoreQt console",
+        R"({"console":"Other","version":1})");
+    row("a version without a number", Peer::Server, "not a CoreQt console",
+        R"({"console":"CoreQt"})");
+    row("a later format version", Peer::Server,
+        "unknown format version 2 (this program reads version 1)",
         R"({"console":"CoreQt","version":2,"jobPools":[]})");
     row("--timeout below 1", Peer::Server, "", {}, false, { "--timeout", "0" });
 }
@@ -742,7 +773,7 @@ void tst_coreqt::topErrors()
     QFETCH(QStringList, options);
     QFETCH(QString, message);
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     std::unique_ptr<FakeConsole> server;
     if (peer == Peer::PlainFile)
         QVERIFY(writeFile(path, "not a socket"));
@@ -753,7 +784,7 @@ void tst_coreqt::topErrors()
     const QString expected = message.isEmpty()
         ? QStringLiteral("coreqt: top: --timeout '0', must be at least 1\n")
         : QStringLiteral("coreqt: top: %1: %2\n").arg(path, message);
-    for (const QStringList& format : { QStringList(), QStringList { "--format", "json" } }) {
+    for (const QStringList &format : { QStringList(), QStringList { "--format", "json" } }) {
         const Result result = coreqt(QStringList { "top", path } + options + format);
         QCOMPARE(result.exitCode, 2);
         QCOMPARE(result.out, QByteArray());
@@ -766,7 +797,7 @@ void tst_coreqt::topOnceAgreesWithTheConsole()
 {
     LogCapture capture;
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     HeldPool held(QStringLiteral("Agree"));
     QVERIFY(ko::Console::listen(path));
     const Result json = coreqt({ "top", path, "--once", "--format", "json" });
@@ -808,7 +839,7 @@ void tst_coreqt::topLiveOnATerminal()
     QFETCH(bool, byKey);
     LogCapture capture;
     const SocketPath socket;
-    const QString& path = socket.path;
+    const QString &path = socket.path;
     HeldPool held(QStringLiteral("Live"));
     held.pool.setStallThreshold(1);
     QVERIFY(spinUntil([&]() { return held.pool.snapshot().workers.value(0).runningMs >= 2; }));
@@ -842,7 +873,7 @@ void tst_coreqt::topLiveOnATerminal()
     const Result result = finish(process, &terminal);
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.err, QByteArray());
-    const QByteArray& screen = terminal.output;
+    const QByteArray &screen = terminal.output;
     QVERIFY(screen.startsWith("\033[?1049h\033[?25l"));
     QVERIFY(screen.endsWith("\033[?25h\033[?1049l"));
     QVERIFY(screen.contains("  \033[7mLive-Thread-1"));
@@ -859,8 +890,8 @@ void tst_coreqt::helpAndTour()
 {
     const Result help = coreqt({ "--help" });
     QCOMPARE(help.exitCode, 0);
-    for (const char* command : { "demo", "events", "event", "vocab", "fps", "time", "encrypt", "decrypt",
-             "inspect", "bench", "top" })
+    for (const char *command : { "demo", "events", "event", "vocab", "fps", "time", "encrypt",
+             "decrypt", "inspect", "bench", "top" })
         QVERIFY2(help.out.contains(QByteArray("\n  ") + command + ' ')
                 || help.out.contains(QByteArray("\n  ") + command + '\n'),
             command);
@@ -872,10 +903,12 @@ void tst_coreqt::helpAndTour()
     const Result tour = coreqt({}, { "LANG=de_DE.UTF-8" });
     QCOMPARE(tour.exitCode, 0);
     const QString text = QString::fromUtf8(tour.out);
-    QCOMPARE(text.count(QRegularExpression(QStringLiteral(" job \\d+ started on Tour-Thread-[12]\n"))), 4);
+    QCOMPARE(
+        text.count(QRegularExpression(QStringLiteral(" job \\d+ started on Tour-Thread-[12]\n"))),
+        4);
     QCOMPARE(text.count(QRegularExpression(QStringLiteral(" job \\d+ finished\n"))), 4);
     QCOMPARE(text.count(QStringLiteral("caused by:\t")), 2);
-    for (const char* line :
+    for (const char *line :
         { "its slot ran in SignalThreadPool-Thread-1\n", "it is back in the main thread\n",
             "en  event VM: Video Motion (VM)", "de  event VM: Video-Bewegungsmelder (VM)",
             "back from 2023-11-14T22:13:20.123Z: 1700000000123000",
@@ -883,8 +916,8 @@ void tst_coreqt::helpAndTour()
             "fr  event VM: Mouvement vidéo (VM)", "read back: identical\n" })
         QVERIFY2(text.contains(QString::fromUtf8(line)), line);
     // The console section: the first job reads the console, the other two wait behind it.
-    QVERIFY2(tableWithoutTimes(tour.out).contains(QRegularExpression(
-                 QStringLiteral("\n Console-Thread-1 busy \\d+ 3 T \\d+ \\(3, T\\), \\d+ \\(3, T\\)\n"))),
+    QVERIFY2(tableWithoutTimes(tour.out).contains(QRegularExpression(QStringLiteral(
+                 "\n Console-Thread-1 busy \\d+ 3 T \\d+ \\(3, T\\), \\d+ \\(3, T\\)\n"))),
         qPrintable(text));
     QVERIFY(coreqt({ "demo" }).out.contains("0042.dat: WriteError, no space left on the device\n"));
 }

@@ -10,23 +10,23 @@
 namespace tool
 {
 
-void badInput(const QString& what, const QString& input, const QString& reason)
+void badInput(const QString &what, const QString &input, const QString &reason)
 {
     throw ko::IllegalArgumentException(QStringLiteral("%1 '%2'").arg(what, input), reason);
 }
 
-void badUsage(const QString& reason)
+void badUsage(const QString &reason)
 {
     throw ko::IllegalArgumentException(QString(), reason);
 }
 
-bool isNegativeNumber(const QString& text)
+bool isNegativeNumber(const QString &text)
 {
     static const QRegularExpression pattern(QStringLiteral("^-\\.?[0-9]"));
     return pattern.match(text).hasMatch();
 }
 
-quint32 parseUInt32(const QString& what, const QString& text)
+quint32 parseUInt32(const QString &what, const QString &text)
 {
     static const QRegularExpression hex(QStringLiteral("^0[xX]([0-9A-Fa-f]+)$"));
     static const QRegularExpression decimal(QStringLiteral("^[0-9]+$"));
@@ -41,14 +41,14 @@ quint32 parseUInt32(const QString& what, const QString& text)
     else if (isNegativeNumber(text))
         badInput(what, text, QStringLiteral("negative; write a number from 0 to 0xFFFFFFFF"));
     else
-        badInput(
-            what, text, QStringLiteral("not a number; write it in decimal or as 0x-prefixed hexadecimal"));
+        badInput(what, text,
+            QStringLiteral("not a number; write it in decimal or as 0x-prefixed hexadecimal"));
     if (!ok || value > 0xFFFFFFFFull)
         badInput(what, text, QStringLiteral("out of range: larger than 32 bits (0xFFFFFFFF)"));
     return quint32(value);
 }
 
-int parseInteger(const QString& what, const QString& text, int minimum)
+int parseInteger(const QString &what, const QString &text, int minimum)
 {
     static const QRegularExpression integer(QStringLiteral("^[-+]?[0-9]+$"));
     if (!integer.match(text).hasMatch())
@@ -58,11 +58,12 @@ int parseInteger(const QString& what, const QString& text, int minimum)
     if (ok && value >= minimum)
         return value;
     if (!ok && !text.startsWith(QLatin1Char('-')))
-        badInput(what, text, QStringLiteral("out of range: at most %1").arg(std::numeric_limits<int>::max()));
+        badInput(what, text,
+            QStringLiteral("out of range: at most %1").arg(std::numeric_limits<int>::max()));
     badInput(what, text, QStringLiteral("must be at least %1").arg(minimum));
 }
 
-double parseNumber(const QString& what, const QString& text)
+double parseNumber(const QString &what, const QString &text)
 {
     static const QRegularExpression number(
         QStringLiteral("^[-+]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][-+]?[0-9]+)?$"));

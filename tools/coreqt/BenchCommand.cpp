@@ -31,7 +31,7 @@ void spin(int micros)
     while (std::chrono::steady_clock::now() < end) { }
 }
 
-qint64 runOnQThreadPool(int jobs, int threads, int micros, Progress& progress)
+qint64 runOnQThreadPool(int jobs, int threads, int micros, Progress &progress)
 {
     QThreadPool pool;
     pool.setMaxThreadCount(threads);
@@ -56,7 +56,7 @@ double perSecond(int jobs, qint64 nanoseconds)
     return nanoseconds > 0 ? std::round(jobs * 1e9 / double(nanoseconds)) : 0.0;
 }
 
-int runBench(const Invocation& invocation)
+int runBench(const Invocation &invocation)
 {
     if (invocation.arguments.first() != QLatin1String("jobs"))
         badInput(QStringLiteral("benchmark"), invocation.arguments.first(),
@@ -100,18 +100,20 @@ int runBench(const Invocation& invocation)
 
 QList<QCommandLineOption> benchOptions()
 {
-    return { QCommandLineOption(
-                 kJobsOption, QStringLiteral("Number of jobs (default 10000)."), QStringLiteral("N")),
+    return { QCommandLineOption(kJobsOption, QStringLiteral("Number of jobs (default 10000)."),
+                 QStringLiteral("N")),
         QCommandLineOption(kThreadsOption,
-            QStringLiteral("Worker threads of each pool (default: one per core)."), QStringLiteral("T")),
-        QCommandLineOption(
-            kWorkOption, QStringLiteral("Microseconds of work per job (default 10)."), QStringLiteral("U")) };
+            QStringLiteral("Worker threads of each pool (default: one per core)."),
+            QStringLiteral("T")),
+        QCommandLineOption(kWorkOption,
+            QStringLiteral("Microseconds of work per job (default 10)."), QStringLiteral("U")) };
 }
 
 } // namespace
 
 const Command kBenchCommand = { "bench", "jobs",
-    "Runs N jobs on the library's job pool and on QThreadPool, each with T threads, and prints the jobs "
+    "Runs N jobs on the library's job pool and on QThreadPool, each with T threads, and prints the "
+    "jobs "
     "per second of both and their ratio.",
     1, 1, benchOptions, runBench, "coreqt bench jobs --jobs 20000 --threads 4" };
 

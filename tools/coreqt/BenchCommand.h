@@ -6,7 +6,8 @@
 namespace tool
 {
 
-/** "bench jobs [--jobs N] [--threads T] [--work-us U]": the job pool and QThreadPool side by side. */
+/** "bench jobs [--jobs N] [--threads T] [--work-us U]": the job pool and QThreadPool side by side.
+ */
 extern const Command kBenchCommand;
 
 } // namespace tool

@@ -5,12 +5,12 @@
 namespace tool
 {
 
-bool Invocation::isSet(const QString& name) const
+bool Invocation::isSet(const QString &name) const
 {
     return parser->isSet(name);
 }
 
-QString Invocation::value(const QString& name) const
+QString Invocation::value(const QString &name) const
 {
     return parser->value(name);
 }

@@ -11,7 +11,8 @@ struct ConsoleDocument;
 namespace tool
 {
 
-/** Running jobs are shown as stalled past this many milliseconds when their pool's watchdog is off. */
+/** Running jobs are shown as stalled past this many milliseconds when their pool's watchdog is off.
+ */
 constexpr int kDefaultStallMs = 5000;
 
 /**
@@ -19,7 +20,7 @@ constexpr int kDefaultStallMs = 5000;
  * and one row per worker with its running job, running time and queue. Rows of stalled jobs end
  * in "stalled" and, with @p highlight (for a terminal), are drawn in reverse video.
  */
-QString consoleTable(const ko::ConsoleDocument& document, bool highlight);
+QString consoleTable(const ko::ConsoleDocument &document, bool highlight);
 
 } // namespace tool
 

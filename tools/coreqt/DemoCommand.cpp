@@ -39,15 +39,15 @@ namespace
 // A frame time of the sample recording: 2023-11-14T22:13:20.123456Z.
 constexpr unsigned long long kSampleFrameTime = 1700000000123456ull;
 
-void section(const QString& title)
+void section(const QString &title)
 {
     printLine(QString());
     printLine(QStringLiteral("== ") + title);
 }
 
-void printIndented(const QString& text)
+void printIndented(const QString &text)
 {
-    for (const QString& line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+    for (const QString &line : text.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
         printLine(QStringLiteral("  ") + line);
 }
 
@@ -63,9 +63,9 @@ void showJobPool()
 }
 
 // The jobs waiting behind the running one of the pool @p name, as @p document shows them.
-int queuedBehind(const ko::ConsoleDocument& document, const QString& name)
+int queuedBehind(const ko::ConsoleDocument &document, const QString &name)
 {
-    for (const ko::JobPoolSnapshot& pool : document.jobPools) {
+    for (const ko::JobPoolSnapshot &pool : document.jobPools) {
         if (pool.name == name && !pool.workers.isEmpty())
             return pool.workers.first().queue.size();
     }
@@ -89,15 +89,16 @@ void showConsole()
         ko::ConsoleClient::Reply reply;
         for (int attempt = 0; attempt < 100; ++attempt) {
             reply = ko::ConsoleClient::fetch(socket);
-            if (reply.error != ko::ConsoleClient::NoError || queuedBehind(reply.document, poolName) == 2)
+            if (reply.error != ko::ConsoleClient::NoError
+                || queuedBehind(reply.document, poolName) == 2)
                 break;
             QThread::msleep(10);
         }
-        table
-            = reply.error == ko::ConsoleClient::NoError ? consoleTable(reply.document, false) : reply.message;
+        table = reply.error == ko::ConsoleClient::NoError ? consoleTable(reply.document, false)
+                                                          : reply.message;
     };
     runJobs(poolName, 3, 1, readConsole, nullptr,
-        [](ko::komQtThreadPool& pool) { ko::PoolRegistry::add(&pool); });
+        [](ko::komQtThreadPool &pool) { ko::PoolRegistry::add(&pool); });
     ko::Console::close();
     printIndented(table);
 }
@@ -111,19 +112,19 @@ public Q_SLOTS:
     void greet() { Q_EMIT greeted(QThread::currentThread()->objectName()); }
 
 Q_SIGNALS:
-    void greeted(const QString& threadName);
+    void greeted(const QString &threadName);
 };
 
 void showSignalThreadPool()
 {
     section(QStringLiteral("An object attached to the signal thread pool"));
-    ko::komQtSignalThreadPool* pool = ko::komQtSignalThreadPool::globalInstance();
+    ko::komQtSignalThreadPool *pool = ko::komQtSignalThreadPool::globalInstance();
     Greeter greeter;
     pool->attachToThread(&greeter);
 
     QEventLoop loop;
     QString where = QStringLiteral("(no answer)");
-    QObject::connect(&greeter, &Greeter::greeted, &loop, [&](const QString& threadName) {
+    QObject::connect(&greeter, &Greeter::greeted, &loop, [&](const QString &threadName) {
         where = threadName;
         loop.quit();
     });
@@ -133,8 +134,8 @@ void showSignalThreadPool()
     printLine(QStringLiteral("  its slot ran in %1").arg(where));
 
     // Only a detach that runs inside the worker moves the object; this one hands it back here.
-    auto* worker = qobject_cast<ko::komQtSignalWorkerThread*>(greeter.thread());
-    QThread* home = QThread::currentThread();
+    auto *worker = qobject_cast<ko::komQtSignalWorkerThread *>(greeter.thread());
+    QThread *home = QThread::currentThread();
     if (worker)
         QMetaObject::invokeMethod(
             &greeter, [&] { worker->detach(&greeter, home); }, Qt::BlockingQueuedConnection);
@@ -144,21 +145,23 @@ void showSignalThreadPool()
     ko::komQtSignalThreadPool::deleteGlobalInstance();
 }
 
-void showVocabulary(Translations& translations)
+void showVocabulary(Translations &translations)
 {
     section(QStringLiteral("Camera vocabulary in English, German and French"));
     const QLocale installed = translations.language();
     for (QLocale::Language language : { QLocale::English, QLocale::German, QLocale::French }) {
         translations.install(QLocale(language));
         const QString code = QLocale(language).bcp47Name();
-        printLine(QStringLiteral("  %1  event VM: %2").arg(code, ko::triggerEventName(QStringLiteral("VM"))));
-        printLine(
-            QStringLiteral("  %1  event AMB_7: %2").arg(code, ko::triggerEventName(QStringLiteral("AMB_7"))));
+        printLine(QStringLiteral("  %1  event VM: %2")
+                      .arg(code, ko::triggerEventName(QStringLiteral("VM"))));
+        printLine(QStringLiteral("  %1  event AMB_7: %2")
+                      .arg(code, ko::triggerEventName(QStringLiteral("AMB_7"))));
         printLine(QStringLiteral("  %1  whiteBalance 'auto narrow': %2")
                       .arg(code, whiteBalanceName(QStringLiteral("auto narrow"))));
         printLine(QStringLiteral("  %1  noiseSuppression '5': %2")
                       .arg(code, noiseSuppressionName(QStringLiteral("5"))));
-        printLine(QStringLiteral("  %1  streamMode 0x4: %2").arg(code, streamModeName(ko::StreamModeSpeed)));
+        printLine(QStringLiteral("  %1  streamMode 0x4: %2")
+                      .arg(code, streamModeName(ko::StreamModeSpeed)));
     }
     translations.install(installed);
 }
@@ -173,7 +176,7 @@ void showException()
         ko::RuntimeException recording(QStringLiteral("recording of cam1 stopped"));
         recording.setCause(&frame);
         throw recording;
-    } catch (const ko::ExceptionQt& e) {
+    } catch (const ko::ExceptionQt &e) {
         printIndented(e.toString());
     }
 }
@@ -185,7 +188,8 @@ void showFrameTime()
     addFrameTime(there, kSampleFrameTime);
     printIndented(QString::fromUtf8(there.render(Format::Text)));
     const QString utc = ko::toQDateTime(kSampleFrameTime).toUTC().toString(Qt::ISODateWithMs);
-    printLine(QStringLiteral("  back from %1: %2 (milliseconds kept)").arg(utc).arg(frameTimeOf(utc)));
+    printLine(
+        QStringLiteral("  back from %1: %2 (milliseconds kept)").arg(utc).arg(frameTimeOf(utc)));
 }
 
 void showEncipheredFile()
@@ -201,17 +205,18 @@ void showEncipheredFile()
         printLine(QStringLiteral("  could not write %1: %2").arg(path, out.errorString()));
         return;
     }
-    printLine(
-        QStringLiteral("  wrote %1 bytes; on disk %2 bytes").arg(sample.size()).arg(QFileInfo(path).size()));
+    printLine(QStringLiteral("  wrote %1 bytes; on disk %2 bytes")
+                  .arg(sample.size())
+                  .arg(QFileInfo(path).size()));
     printIndented(QString::fromUtf8(inspectFile(path).render(Format::Text)));
     ko::FileEncrypt in(path);
     const QByteArray back = in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
     in.close();
-    printLine(
-        back == sample ? QStringLiteral("  read back: identical") : QStringLiteral("  read back: different"));
+    printLine(back == sample ? QStringLiteral("  read back: identical")
+                             : QStringLiteral("  read back: different"));
 }
 
-int runDemo(const Invocation& invocation)
+int runDemo(const Invocation &invocation)
 {
     printLine(QStringLiteral("CoreQt %1: a short tour").arg(QLatin1String(ko::coreQtVersion())));
     showJobPool();
@@ -227,7 +232,8 @@ int runDemo(const Invocation& invocation)
 } // namespace
 
 const Command kDemoCommand = { "demo", "",
-    "A short tour of the library on built-in sample data: jobs, a live console, signal thread pool, "
+    "A short tour of the library on built-in sample data: jobs, a live console, signal thread "
+    "pool, "
     "vocabulary in three languages, an exception chain, frame times and an enciphered file.",
     0, 0, nullptr, runDemo, "coreqt demo --lang de" };
 

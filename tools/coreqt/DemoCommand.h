@@ -6,7 +6,8 @@
 namespace tool
 {
 
-/** "demo" (also coreqt without a command): a short tour of each area of the library on sample data. */
+/** "demo" (also coreqt without a command): a short tour of each area of the library on sample data.
+ */
 extern const Command kDemoCommand;
 
 } // namespace tool

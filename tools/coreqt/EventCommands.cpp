@@ -12,13 +12,13 @@ namespace tool
 namespace
 {
 
-bool isKnownEventKey(const QString& key)
+bool isKnownEventKey(const QString &key)
 {
     return ko::indexOfKey(ko::sTriggerEvents, key) >= 0 || key.startsWith(ko::kMessageBeginTrigger)
         || key.startsWith(ko::kMessageEndTrigger);
 }
 
-int runEvents(const Invocation& invocation)
+int runEvents(const Invocation &invocation)
 {
     // A mask left out selects everything, as callers of the library pass 0xFFFFFFFF for it.
     quint32 masks[3] = { 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF };
@@ -27,20 +27,20 @@ int runEvents(const Invocation& invocation)
 
     Report report(Report::Rows);
     const QString keys = ko::triggerEventsName(masks[0], masks[1], masks[2]);
-    for (const QString& key : keys.split(QStringLiteral(", "), Qt::SkipEmptyParts))
+    for (const QString &key : keys.split(QStringLiteral(", "), Qt::SkipEmptyParts))
         report.addRow(eventRecord(key));
     report.print(invocation.format);
     return 0;
 }
 
-int runEvent(const Invocation& invocation)
+int runEvent(const Invocation &invocation)
 {
     Report report(Report::Rows);
-    for (const QString& key : invocation.arguments) {
+    for (const QString &key : invocation.arguments) {
         if (!isKnownEventKey(key))
             badInput(QStringLiteral("event key"), key,
-                QStringLiteral(
-                    "not a trigger event key nor a mailbox key (AMB_..., AME_...); keys are case-sensitive"));
+                QStringLiteral("not a trigger event key nor a mailbox key (AMB_..., AME_...); keys "
+                               "are case-sensitive"));
         report.addRow(eventRecord(key));
     }
     report.print(invocation.format);
@@ -49,7 +49,7 @@ int runEvent(const Invocation& invocation)
 
 } // namespace
 
-Record eventRecord(const QString& key)
+Record eventRecord(const QString &key)
 {
     const int row = ko::indexOfKey(ko::sTriggerEvents, key);
     const quint32 mask = row < 0 ? 0 : ko::sTriggerEvents[row].mask;
@@ -61,12 +61,14 @@ Record eventRecord(const QString& key)
 }
 
 const Command kEventsCommand = { "events", "MASK [MASK MASK]",
-    "Lists the trigger events whose bit is in every mask (decimal or 0x-hexadecimal; a mask left out "
+    "Lists the trigger events whose bit is in every mask (decimal or 0x-hexadecimal; a mask left "
+    "out "
     "selects all): key, mask, display text.",
     1, 3, nullptr, runEvents, "coreqt events 0x18" };
 
 const Command kEventCommand = { "event", "KEY [KEY...]",
-    "Shows the display text of trigger event keys (case-sensitive), mailbox keys AMB_... and AME_... "
+    "Shows the display text of trigger event keys (case-sensitive), mailbox keys AMB_... and "
+    "AME_... "
     "included: key, mask, display text.",
     1, -1, nullptr, runEvent, "coreqt event VM SI5 AMB_17" };
 

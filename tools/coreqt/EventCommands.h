@@ -15,8 +15,9 @@ extern const Command kEventsCommand;
 /** "event KEY...": the display text of trigger event keys, mailbox keys included. */
 extern const Command kEventCommand;
 
-/** The result row of the event @p key: its key, its mask (when it has a bit) and its display text. */
-Record eventRecord(const QString& key);
+/** The result row of the event @p key: its key, its mask (when it has a bit) and its display text.
+ */
+Record eventRecord(const QString &key);
 
 } // namespace tool
 

@@ -31,12 +31,12 @@ struct Header
     qint64 fileSize = 0;
 };
 
-[[noreturn]] void fail(const QFileDevice& device, const QString& path)
+[[noreturn]] void fail(const QFileDevice &device, const QString &path)
 {
     throw ko::FileException(QFileInfo(path), device.error(), device.errorString());
 }
 
-[[noreturn]] void notEnciphered(const QString& path, const QString& reason)
+[[noreturn]] void notEnciphered(const QString &path, const QString &reason)
 {
     throw ko::FileException(
         QFileInfo(path), QFile::ReadError, QStringLiteral("not an enciphered file: ") + reason);
@@ -45,7 +45,7 @@ struct Header
 // A file named on the command line, opened by its bytes: it fails as QFile::open() fails.
 struct NamedFile
 {
-    explicit NamedFile(const QString& name)
+    explicit NamedFile(const QString &name)
         : opened(name)
     {
         if (!opened.isOpen())
@@ -54,7 +54,7 @@ struct NamedFile
     OpenedFile opened;
 };
 
-Header readHeader(const QString& path, const NamedFile& named)
+Header readHeader(const QString &path, const NamedFile &named)
 {
     QFile file(named.opened.path());
     if (!file.open(QIODevice::ReadOnly))
@@ -64,21 +64,22 @@ Header readHeader(const QString& path, const NamedFile& named)
         fail(file, path);
     // The library opens a short file with a zero-filled header; the tool says what it is instead.
     if (header.fields.length() < 8)
-        notEnciphered(
-            path, QStringLiteral("%1 bytes, shorter than the 8-byte header").arg(header.fields.length()));
+        notEnciphered(path,
+            QStringLiteral("%1 bytes, shorter than the 8-byte header").arg(header.fields.length()));
     return header;
 }
 
 // Opens @p file for reading when this library reads it: its header's version check passes and
 // it has a seed. A zero seed never comes from the library, whose cipher would pick a random key
 // for it, so such a file is refused rather than deciphered into noise.
-bool openEnciphered(ko::FileEncrypt& file, const Header& header)
+bool openEnciphered(ko::FileEncrypt &file, const Header &header)
 {
-    return header.fields.seed() != 0 && header.fields.isReadable() && file.open(QIODevice::ReadOnly);
+    return header.fields.seed() != 0 && header.fields.isReadable()
+        && file.open(QIODevice::ReadOnly);
 }
 
 // A file name argument (IN, OUT, FILE); an empty one names no file.
-QString fileArgument(const Invocation& invocation, int index, const QString& what)
+QString fileArgument(const Invocation &invocation, int index, const QString &what)
 {
     const QString path = invocation.arguments.at(index);
     if (path.isEmpty())
@@ -88,7 +89,7 @@ QString fileArgument(const Invocation& invocation, int index, const QString& wha
 
 // Writes all of @p data. A short write sets no error; one more attempt at the rest makes the system
 // tell why (a full disk, a file size limit), and the run fails either way.
-void writeAll(QFileDevice& out, const QString& outPath, const char* data, qint64 size)
+void writeAll(QFileDevice &out, const QString &outPath, const char *data, qint64 size)
 {
     const qint64 written = out.write(data, size);
     if (written == size)
@@ -99,8 +100,8 @@ void writeAll(QFileDevice& out, const QString& outPath, const char* data, qint64
 }
 
 // Copies @p in to @p out; returns the number of bytes copied.
-qint64 copy(
-    QIODevice& in, const QString& inPath, QFileDevice& out, const QString& outPath, Progress& progress)
+qint64 copy(QIODevice &in, const QString &inPath, QFileDevice &out, const QString &outPath,
+    Progress &progress)
 {
     QByteArray buffer(int(kChunkSize), Qt::Uninitialized);
     qint64 done = 0;
@@ -118,7 +119,7 @@ qint64 copy(
     return done;
 }
 
-void close(QFileDevice& device, const QString& path)
+void close(QFileDevice &device, const QString &path)
 {
     device.close();
     if (device.error() != QFile::NoError)
@@ -134,7 +135,7 @@ void close(QFileDevice& device, const QString& path)
 class Destination
 {
 public:
-    Destination(const QString& path, bool encipher, SignalCleanup& cleanup)
+    Destination(const QString &path, bool encipher, SignalCleanup &cleanup)
         : mPath(path)
         , mCleanup(cleanup)
     {
@@ -146,14 +147,16 @@ public:
             mOpened = std::make_unique<NamedFile>(path);
             name = mOpened->opened.path();
         } else {
-            // A signal between creating the temporary file and registering it would leave it behind.
+            // A signal between creating the temporary file and registering it would leave it
+            // behind.
             cleanup.hold();
             const bool opened = mReplacing.open(path);
             if (opened)
                 cleanup.removeOnSignal(mReplacing.handle());
             cleanup.release();
             if (!opened)
-                throw ko::FileException(QFileInfo(path), mReplacing.error(), mReplacing.errorString());
+                throw ko::FileException(
+                    QFileInfo(path), mReplacing.error(), mReplacing.errorString());
             // The new file may have no name yet; its descriptor names it.
             name = QStringLiteral("/proc/self/fd/%1").arg(mReplacing.handle());
         }
@@ -168,11 +171,11 @@ public:
             fail(*mDevice, path);
     }
 
-    Destination(const Destination&) = delete;
-    Destination& operator=(const Destination&) = delete;
+    Destination(const Destination &) = delete;
+    Destination &operator=(const Destination &) = delete;
 
     /** Where the contents go. */
-    QFileDevice& device() { return *mDevice; }
+    QFileDevice &device() { return *mDevice; }
     /** The seed of the enciphered contents; 0 when they are written plain. */
     quint32 seed() const { return mEnciphered.seed(); }
 
@@ -187,7 +190,7 @@ public:
 
 private:
     QString mPath;
-    SignalCleanup& mCleanup;
+    SignalCleanup &mCleanup;
     bool mInPlace = false;
     // Declared first, destroyed last: the temporary file is removed after the devices writing it
     // are closed.
@@ -195,10 +198,11 @@ private:
     std::unique_ptr<NamedFile> mOpened;
     QFile mDirect;
     ko::FileEncrypt mEnciphered;
-    QFileDevice* mDevice = nullptr;
+    QFileDevice *mDevice = nullptr;
 };
 
-void printWritten(const Invocation& invocation, const QString& outPath, qint64 size, const quint32* seed)
+void printWritten(
+    const Invocation &invocation, const QString &outPath, qint64 size, const quint32 *seed)
 {
     Report report(Report::Properties);
     report.set(QStringLiteral("file"), outPath);
@@ -208,7 +212,7 @@ void printWritten(const Invocation& invocation, const QString& outPath, qint64 s
     report.print(invocation.format);
 }
 
-int runEncrypt(const Invocation& invocation)
+int runEncrypt(const Invocation &invocation)
 {
     const QString inPath = fileArgument(invocation, 0, QStringLiteral("IN"));
     const QString outPath = fileArgument(invocation, 1, QStringLiteral("OUT"));
@@ -218,7 +222,8 @@ int runEncrypt(const Invocation& invocation)
     if (!in.open(QIODevice::ReadOnly))
         fail(in, inPath);
     Destination out(outPath, true, cleanup);
-    Progress progress(QStringLiteral("encrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
+    Progress progress(
+        QStringLiteral("encrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
     const qint64 size = copy(in, inPath, out.device(), outPath, progress);
     const quint32 seed = out.seed();
     out.commit();
@@ -226,7 +231,7 @@ int runEncrypt(const Invocation& invocation)
     return 0;
 }
 
-int runDecrypt(const Invocation& invocation)
+int runDecrypt(const Invocation &invocation)
 {
     const QString inPath = fileArgument(invocation, 0, QStringLiteral("IN"));
     const QString outPath = fileArgument(invocation, 1, QStringLiteral("OUT"));
@@ -241,7 +246,8 @@ int runDecrypt(const Invocation& invocation)
                 .arg(int(header.fields.minimumVersion()))
                 .arg(hex32(header.fields.seed())));
     Destination out(outPath, false, cleanup);
-    Progress progress(QStringLiteral("decrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
+    Progress progress(
+        QStringLiteral("decrypt"), in.size(), Progress::Bytes, in.size() > kProgressThreshold);
     const qint64 size = copy(in, inPath, out.device(), outPath, progress);
     in.close();
     out.commit();
@@ -249,7 +255,7 @@ int runDecrypt(const Invocation& invocation)
     return 0;
 }
 
-int runInspect(const Invocation& invocation)
+int runInspect(const Invocation &invocation)
 {
     inspectFile(fileArgument(invocation, 0, QStringLiteral("FILE"))).print(invocation.format);
     return 0;
@@ -257,7 +263,7 @@ int runInspect(const Invocation& invocation)
 
 } // namespace
 
-Report inspectFile(const QString& path)
+Report inspectFile(const QString &path)
 {
     const NamedFile named(path);
     const Header header = readHeader(path, named);
@@ -278,18 +284,22 @@ Report inspectFile(const QString& path)
 }
 
 const Command kEncryptCommand = { "encrypt", "IN OUT",
-    "Writes IN as an enciphered file OUT (an 8-byte plain header, then the enciphered bytes; this hides "
-    "data from casual reading and is not cryptography). A file OUT is replaced only when complete; a FIFO or "
+    "Writes IN as an enciphered file OUT (an 8-byte plain header, then the enciphered bytes; this "
+    "hides "
+    "data from casual reading and is not cryptography). A file OUT is replaced only when complete; "
+    "a FIFO or "
     "device is written in place.",
     2, 2, nullptr, runEncrypt, "coreqt encrypt notes.txt notes.enc" };
 
 const Command kDecryptCommand = { "decrypt", "IN OUT",
-    "Writes the contents of the enciphered file IN to OUT (a file is replaced only when complete, a FIFO or "
+    "Writes the contents of the enciphered file IN to OUT (a file is replaced only when complete, "
+    "a FIFO or "
     "device written in place); refuses a file this library cannot read.",
     2, 2, nullptr, runDecrypt, "coreqt decrypt notes.enc notes.txt" };
 
 const Command kInspectCommand = { "inspect", "FILE",
-    "Shows the header of an enciphered file: version, minimum version, reserved bytes, seed, logical size "
+    "Shows the header of an enciphered file: version, minimum version, reserved bytes, seed, "
+    "logical size "
     "and whether this library reads it.",
     1, 1, nullptr, runInspect, "coreqt inspect notes.enc" };
 

@@ -22,7 +22,7 @@ constexpr ushort kRawByteBase = 0xDC00;
 
 // The length of the UTF-8 sequence that @p lead starts and the smallest code point it may encode;
 // 0 for a byte that cannot start one.
-int sequenceLength(uchar lead, uint* minimum)
+int sequenceLength(uchar lead, uint *minimum)
 {
     if (lead >= 0xC2 && lead <= 0xDF) {
         *minimum = 0x80;
@@ -39,7 +39,7 @@ int sequenceLength(uchar lead, uint* minimum)
     return 0;
 }
 
-QString decodeKeepingBytes(const QByteArray& bytes)
+QString decodeKeepingBytes(const QByteArray &bytes)
 {
     QString text;
     text.reserve(bytes.size());
@@ -54,9 +54,11 @@ QString decodeKeepingBytes(const QByteArray& bytes)
         const int n = sequenceLength(lead, &minimum);
         uint code = n == 2 ? lead & 0x1F : n == 3 ? lead & 0x0F : lead & 0x07;
         int k = 1;
-        for (; n > 0 && k < n && i + k < bytes.size() && (uchar(bytes.at(i + k)) & 0xC0) == 0x80; ++k)
+        for (; n > 0 && k < n && i + k < bytes.size() && (uchar(bytes.at(i + k)) & 0xC0) == 0x80;
+             ++k)
             code = (code << 6) | (uchar(bytes.at(i + k)) & 0x3F);
-        if (n == 0 || k < n || code < minimum || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
+        if (n == 0 || k < n || code < minimum || code > 0x10FFFF
+            || (code >= 0xD800 && code <= 0xDFFF)) {
             text += QChar(ushort(kRawByteBase + lead));
             ++i;
             continue;
@@ -72,13 +74,14 @@ QString decodeKeepingBytes(const QByteArray& bytes)
     return text;
 }
 
-QByteArray encodeKeepingBytes(const QString& text)
+QByteArray encodeKeepingBytes(const QString &text)
 {
     QByteArray bytes;
     bytes.reserve(text.size());
     for (int i = 0; i < text.size(); ++i) {
         uint code = text.at(i).unicode();
-        if (text.at(i).isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+        if (text.at(i).isHighSurrogate() && i + 1 < text.size()
+            && text.at(i + 1).isLowSurrogate()) {
             code = QChar::surrogateToUcs4(text.at(i), text.at(i + 1));
             ++i;
         } else if (code >= kRawByteBase + 0x80 && code <= kRawByteBase + 0xFF) {
@@ -124,15 +127,15 @@ QString systemError(int error)
     return qt_error_string(error);
 }
 
-QByteArray folderOf(const QByteArray& name)
+QByteArray folderOf(const QByteArray &name)
 {
     const int slash = name.lastIndexOf('/');
     return slash < 0 ? QByteArray(".") : slash == 0 ? QByteArray("/") : name.left(slash);
 }
 
-// @p name as absolute and without "." and ".." parts, taken away by the text alone as QDir::cleanPath()
-// does (QFileInfo::symLinkTarget() gives such names).
-QByteArray absoluteClean(const QByteArray& name)
+// @p name as absolute and without "." and ".." parts, taken away by the text alone as
+// QDir::cleanPath() does (QFileInfo::symLinkTarget() gives such names).
+QByteArray absoluteClean(const QByteArray &name)
 {
     QByteArray path = name;
     if (!path.startsWith('/')) {
@@ -140,7 +143,7 @@ QByteArray absoluteClean(const QByteArray& name)
         path = (::getcwd(cwd, sizeof cwd) ? QByteArray(cwd) : QByteArray()) + '/' + path;
     }
     QList<QByteArray> parts;
-    for (const QByteArray& part : path.split('/')) {
+    for (const QByteArray &part : path.split('/')) {
         if (part.isEmpty() || part == ".")
             continue;
         if (part == "..") {
@@ -151,14 +154,14 @@ QByteArray absoluteClean(const QByteArray& name)
         parts << part;
     }
     QByteArray clean;
-    for (const QByteArray& part : parts)
+    for (const QByteArray &part : parts)
         clean += '/' + part;
     return clean.isEmpty() ? QByteArray("/") : clean;
 }
 
 // The file that @p name leads to when the links of its last part are followed, as QSaveFile finds
 // it: each link's target taken as QFileInfo::symLinkTarget() gives it; after 127 links, @p name.
-QByteArray followLinks(const QByteArray& name)
+QByteArray followLinks(const QByteArray &name)
 {
     QByteArray file = name;
     for (int depth = 0; depth < 127; ++depth) {
@@ -167,14 +170,15 @@ QByteArray followLinks(const QByteArray& name)
         if (n < 0 || n == ssize_t(sizeof target))
             return file;
         const QByteArray link(target, int(n));
-        file = absoluteClean(link.startsWith('/') ? link : folderOf(absoluteClean(file)) + '/' + link);
+        file = absoluteClean(
+            link.startsWith('/') ? link : folderOf(absoluteClean(file)) + '/' + link);
     }
     return name;
 }
 
 } // namespace
 
-QStringList commandLineArguments(int argc, char** argv)
+QStringList commandLineArguments(int argc, char **argv)
 {
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -182,17 +186,17 @@ QStringList commandLineArguments(int argc, char** argv)
     return arguments;
 }
 
-QString fileNameText(const QByteArray& bytes)
+QString fileNameText(const QByteArray &bytes)
 {
     return localeKeepsEveryByte() ? QString::fromLocal8Bit(bytes) : decodeKeepingBytes(bytes);
 }
 
-QByteArray fileNameBytes(const QString& text)
+QByteArray fileNameBytes(const QString &text)
 {
     return localeKeepsEveryByte() ? text.toLocal8Bit() : encodeKeepingBytes(text);
 }
 
-OpenedFile::OpenedFile(const QString& name)
+OpenedFile::OpenedFile(const QString &name)
     : mFd(::open(fileNameBytes(name).constData(), O_PATH | O_CLOEXEC))
 {
     if (mFd < 0)
@@ -215,7 +219,7 @@ ReplacingFile::~ReplacingFile()
     discard();
 }
 
-bool ReplacingFile::open(const QString& name)
+bool ReplacingFile::open(const QString &name)
 {
     discard();
     const QByteArray given = fileNameBytes(name);
@@ -233,9 +237,11 @@ bool ReplacingFile::open(const QString& name)
     const mode_t mode = exists ? 0600 : 0666;
     mFd = ::open(folderOf(mTarget).constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
     if (mFd < 0 && (errno == EOPNOTSUPP || errno == EISDIR)) {
-        // A file system without unnamed files: a name beside the destination, as QSaveFile makes it.
+        // A file system without unnamed files: a name beside the destination, as QSaveFile makes
+        // it.
         for (int attempt = 0; attempt < 16 && mFd < 0; ++attempt) {
-            mTemporary = mTarget + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+            mTemporary
+                = mTarget + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
             mFd = ::open(mTemporary.constData(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
             if (mFd < 0 && errno != EEXIST)
                 break;
@@ -251,7 +257,7 @@ bool ReplacingFile::open(const QString& name)
         mode_t kept = status.st_mode & 0777;
         const std::pair<int, mode_t> userRights[]
             = { { R_OK, S_IRUSR }, { W_OK, S_IWUSR }, { X_OK, S_IXUSR } };
-        for (const auto& [right, bit] : userRights) {
+        for (const auto &[right, bit] : userRights) {
             if (::access(given.constData(), right) == 0)
                 kept |= bit;
         }
@@ -267,12 +273,17 @@ bool ReplacingFile::commit()
     if (!mTemporary.isEmpty()) {
         done = ::rename(mTemporary.constData(), mTarget.constData()) == 0;
     } else {
-        // An unnamed file gets the destination's name, or a free name beside it that then replaces it.
+        // An unnamed file gets the destination's name, or a free name beside it that then replaces
+        // it.
         const QByteArray self = "/proc/self/fd/" + QByteArray::number(mFd);
-        done = ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, mTarget.constData(), AT_SYMLINK_FOLLOW) == 0;
+        done
+            = ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, mTarget.constData(), AT_SYMLINK_FOLLOW)
+            == 0;
         for (int attempt = 0; !done && errno == EEXIST && attempt < 16; ++attempt) {
-            mTemporary = mTarget + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
-            if (::linkat(AT_FDCWD, self.constData(), AT_FDCWD, mTemporary.constData(), AT_SYMLINK_FOLLOW)
+            mTemporary
+                = mTarget + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+            if (::linkat(
+                    AT_FDCWD, self.constData(), AT_FDCWD, mTemporary.constData(), AT_SYMLINK_FOLLOW)
                 == 0) {
                 done = ::rename(mTemporary.constData(), mTarget.constData()) == 0;
                 break;
@@ -287,7 +298,7 @@ bool ReplacingFile::commit()
     return done || fail(QFileDevice::RenameError, systemError(error));
 }
 
-bool ReplacingFile::fail(QFileDevice::FileError error, const QString& text)
+bool ReplacingFile::fail(QFileDevice::FileError error, const QString &text)
 {
     mError = error;
     mErrorString = text;

@@ -13,17 +13,17 @@ namespace tool
  * File names reach the file system byte for byte. Qt decodes arguments and file names as UTF-8 on
  * Debian, even in the C locale, which turns bytes that are not UTF-8 into U+FFFD for good, and Qt 6
  * offers no way around it. So the tool decodes its command line itself, keeping each such byte as
- * U+DC80..U+DCFF (U+DC00 + the byte), and opens files by their bytes; Qt then reaches an opened file
- * as "/proc/self/fd/N". A locale whose encoding maps every byte to a character and back (Latin-1)
- * is used as it is.
+ * U+DC80..U+DCFF (U+DC00 + the byte), and opens files by their bytes; Qt then reaches an opened
+ * file as "/proc/self/fd/N". A locale whose encoding maps every byte to a character and back
+ * (Latin-1) is used as it is.
  */
 
 /** The command line (argv[0] first) as text, each argument decoded as fileNameText() decodes. */
-QStringList commandLineArguments(int argc, char** argv);
+QStringList commandLineArguments(int argc, char **argv);
 /** The text of the file name @p bytes; fileNameBytes() gives the bytes back. */
-QString fileNameText(const QByteArray& bytes);
+QString fileNameText(const QByteArray &bytes);
 /** The bytes of the file name @p text (a lone surrogate outside U+DC80..U+DCFF becomes '?'). */
-QByteArray fileNameBytes(const QString& text);
+QByteArray fileNameBytes(const QString &text);
 
 /**
  * A file opened by the bytes of its name (links followed) without reading or writing it; while the
@@ -34,12 +34,12 @@ class OpenedFile
 {
 public:
     /** Opens the file @p name; see isOpen(). */
-    explicit OpenedFile(const QString& name);
+    explicit OpenedFile(const QString &name);
     /** Closes the descriptor. */
     ~OpenedFile();
 
-    OpenedFile(const OpenedFile&) = delete;
-    OpenedFile& operator=(const OpenedFile&) = delete;
+    OpenedFile(const OpenedFile &) = delete;
+    OpenedFile &operator=(const OpenedFile &) = delete;
 
     /** False when the name does not lead to a file; errorString() says why. */
     bool isOpen() const { return mFd >= 0; }
@@ -66,11 +66,12 @@ public:
     /** Closes the new file and removes it unless it was committed. */
     ~ReplacingFile();
 
-    ReplacingFile(const ReplacingFile&) = delete;
-    ReplacingFile& operator=(const ReplacingFile&) = delete;
+    ReplacingFile(const ReplacingFile &) = delete;
+    ReplacingFile &operator=(const ReplacingFile &) = delete;
 
-    /** Creates the new file for the destination @p name; false with QSaveFile's error when it cannot. */
-    bool open(const QString& name);
+    /** Creates the new file for the destination @p name; false with QSaveFile's error when it
+     * cannot. */
+    bool open(const QString &name);
     /** The new file's descriptor, -1 when none is open; Qt opens it as "/proc/self/fd/N". */
     int handle() const { return mFd; }
     /** Puts the new file in the destination's place; false with the error when that fails. */
@@ -81,7 +82,7 @@ public:
     QString errorString() const { return mErrorString; }
 
 private:
-    bool fail(QFileDevice::FileError error, const QString& text);
+    bool fail(QFileDevice::FileError error, const QString &text);
     void discard();
 
     int mFd = -1;

@@ -26,9 +26,9 @@ struct Tally
 {
     int total = 0;
     std::atomic<int> done { 0 };
-    QEventLoop* loop = nullptr;
+    QEventLoop *loop = nullptr;
     QMutex mutex;
-    QSet<QThread*> workers;
+    QSet<QThread *> workers;
     QElapsedTimer clock;
     std::atomic<qint64> lastEnd { 0 };
 };
@@ -36,12 +36,12 @@ struct Tally
 class Job : public ko::IRunnable
 {
 public:
-    Job(Tally& tally, const std::function<void(int)>& work)
+    Job(Tally &tally, const std::function<void(int)> &work)
         : mTally(tally)
         , mWork(work)
     { }
 
-    void run(int jobId, ko::JobTimer&) override
+    void run(int jobId, ko::JobTimer &) override
     {
         {
             QMutexLocker locker(&mTally.mutex);
@@ -55,17 +55,17 @@ public:
     }
 
 private:
-    Tally& mTally;
-    const std::function<void(int)>& mWork;
+    Tally &mTally;
+    const std::function<void(int)> &mWork;
 };
 
 // Workers delete themselves with deleteLater() from their own thread when their loop ends; the
 // deletion is posted to this thread, whose event loop runs here until the last one is gone.
-void waitUntilDeleted(const QList<QPointer<QThread>>& workers)
+void waitUntilDeleted(const QList<QPointer<QThread>> &workers)
 {
     QEventLoop loop;
     int alive = 0;
-    for (const QPointer<QThread>& worker : workers) {
+    for (const QPointer<QThread> &worker : workers) {
         if (!worker)
             continue;
         ++alive;
@@ -81,8 +81,9 @@ void waitUntilDeleted(const QList<QPointer<QThread>>& workers)
 
 } // namespace
 
-qint64 runJobs(const QString& name, int jobs, int threads, const std::function<void(int)>& work,
-    const std::function<void(int)>& progress, const std::function<void(ko::komQtThreadPool&)>& setUp)
+qint64 runJobs(const QString &name, int jobs, int threads, const std::function<void(int)> &work,
+    const std::function<void(int)> &progress,
+    const std::function<void(ko::komQtThreadPool &)> &setUp)
 {
     if (jobs <= 0)
         return 0;
@@ -110,7 +111,7 @@ qint64 runJobs(const QString& name, int jobs, int threads, const std::function<v
     // Every job has ended; the pool takes its workers back in this thread's event loop.
     pool.waitForAllFinished(10000);
     QList<QPointer<QThread>> workers;
-    for (QThread* worker : qAsConst(tally.workers))
+    for (QThread *worker : qAsConst(tally.workers))
         workers << worker;
     // A maximum of 0 means no limit, and any worker count exceeds it: every idle worker is
     // discarded and shut down, where deleting the pool would leave idle workers parked.

@@ -21,9 +21,10 @@ namespace tool
  * with the pool before the first job is scheduled.
  * Returns the time from the first schedule to the last job's end, in nanoseconds.
  */
-qint64 runJobs(const QString& name, int jobs, int threads, const std::function<void(int jobId)>& work,
-    const std::function<void(int done)>& progress = nullptr,
-    const std::function<void(ko::komQtThreadPool& pool)>& setUp = nullptr);
+qint64 runJobs(const QString &name, int jobs, int threads,
+    const std::function<void(int jobId)> &work,
+    const std::function<void(int done)> &progress = nullptr,
+    const std::function<void(ko::komQtThreadPool &pool)> &setUp = nullptr);
 
 } // namespace tool
 

@@ -18,7 +18,7 @@ namespace
 {
 
 // Integral numbers are written without exponent, as scripts expect counts and time stamps.
-QString textOf(const QJsonValue& value)
+QString textOf(const QJsonValue &value)
 {
     switch (value.type()) {
     case QJsonValue::String:
@@ -36,15 +36,15 @@ QString textOf(const QJsonValue& value)
     }
 }
 
-QJsonObject objectOf(const Record& record)
+QJsonObject objectOf(const Record &record)
 {
     QJsonObject object;
-    for (const auto& field : record.fields())
+    for (const auto &field : record.fields())
         object.insert(field.first, field.second);
     return object;
 }
 
-void writeTo(FILE* file, const QByteArray& bytes)
+void writeTo(FILE *file, const QByteArray &bytes)
 {
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), file);
     std::fflush(file);
@@ -58,13 +58,14 @@ QString hexByte(int byte)
 // Control characters would break the lines and fields of text output, so they are written as
 // escapes, and a backslash is doubled so that every escape reads back unambiguously. The bytes of
 // a file name that are not UTF-8 (held as U+DC80..U+DCFF, see FileNames.h) show as "\xNN".
-QString escaped(const QString& text)
+QString escaped(const QString &text)
 {
     QString result;
     result.reserve(text.size());
     for (int i = 0; i < text.size(); ++i) {
         const ushort c = text.at(i).unicode();
-        const bool rawByte = c >= 0xDC80 && c <= 0xDCFF && (i == 0 || !text.at(i - 1).isHighSurrogate());
+        const bool rawByte
+            = c >= 0xDC80 && c <= 0xDCFF && (i == 0 || !text.at(i - 1).isHighSurrogate());
         if (c == '\\')
             result += QLatin1String("\\\\");
         else if (c == '\t')
@@ -85,7 +86,7 @@ QString escaped(const QString& text)
 
 } // namespace
 
-Record& Record::add(const QString& name, const QJsonValue& value)
+Record &Record::add(const QString &name, const QJsonValue &value)
 {
     mFields.append(qMakePair(name, value));
     return *this;
@@ -98,12 +99,12 @@ Report::Report(Shape shape)
         mRecords.append(Record());
 }
 
-void Report::addRow(const Record& record)
+void Report::addRow(const Record &record)
 {
     mRecords.append(record);
 }
 
-void Report::set(const QString& name, const QJsonValue& value)
+void Report::set(const QString &name, const QJsonValue &value)
 {
     mRecords.last().add(name, value);
 }
@@ -116,7 +117,7 @@ QByteArray Report::render(Format format) const
             document.setObject(objectOf(mRecords.first()));
         } else {
             QJsonArray rows;
-            for (const Record& record : mRecords)
+            for (const Record &record : mRecords)
                 rows.append(objectOf(record));
             document.setArray(rows);
         }
@@ -124,12 +125,13 @@ QByteArray Report::render(Format format) const
     }
     QString text;
     if (mShape == Properties) {
-        for (const auto& field : mRecords.first().fields())
-            text += field.first + QLatin1Char('\t') + escaped(textOf(field.second)) + QLatin1Char('\n');
+        for (const auto &field : mRecords.first().fields())
+            text += field.first + QLatin1Char('\t') + escaped(textOf(field.second))
+                + QLatin1Char('\n');
     } else {
-        for (const Record& record : mRecords) {
+        for (const Record &record : mRecords) {
             QStringList values;
-            for (const auto& field : record.fields())
+            for (const auto &field : record.fields())
                 values << escaped(textOf(field.second));
             text += values.join(QLatin1Char('\t')) + QLatin1Char('\n');
         }
@@ -144,25 +146,26 @@ void Report::print(Format format) const
 
 QString hex32(quint32 value)
 {
-    return QStringLiteral("0x") + QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0')).toUpper();
+    return QStringLiteral("0x")
+        + QStringLiteral("%1").arg(value, 8, 16, QLatin1Char('0')).toUpper();
 }
 
-void printLine(const QString& line)
+void printLine(const QString &line)
 {
     writeTo(stdout, (line + QLatin1Char('\n')).toUtf8());
 }
 
-void printText(const QString& text)
+void printText(const QString &text)
 {
     writeTo(stdout, text.toUtf8());
 }
 
-void printErrorLine(const QString& line)
+void printErrorLine(const QString &line)
 {
     writeTo(stderr, (escaped(line) + QLatin1Char('\n')).toUtf8());
 }
 
-Progress::Progress(const QString& label, qint64 total, Unit unit, bool wanted)
+Progress::Progress(const QString &label, qint64 total, Unit unit, bool wanted)
     : mLabel(label)
     , mTotal(total)
     , mUnit(unit)
@@ -204,7 +207,8 @@ void Progress::draw(qint64 done)
               .arg(locale.formattedDataSize(done, 1), locale.formattedDataSize(mTotal, 1))
         : QStringLiteral("%1 of %2 jobs").arg(done).arg(mTotal);
     // Carriage return and erase-to-end-of-line redraw the line in place.
-    writeTo(stderr, QStringLiteral("\r\033[K%1: %2% (%3)").arg(mLabel).arg(percent).arg(amount).toUtf8());
+    writeTo(stderr,
+        QStringLiteral("\r\033[K%1: %2% (%3)").arg(mLabel).arg(percent).arg(amount).toUtf8());
 }
 
 } // namespace tool

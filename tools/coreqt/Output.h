@@ -17,9 +17,9 @@ class Record
 {
 public:
     /** Appends the field @p name with @p value (null: no value). */
-    Record& add(const QString& name, const QJsonValue& value);
+    Record &add(const QString &name, const QJsonValue &value);
     /** The fields in the order they were added. */
-    const QVector<QPair<QString, QJsonValue>>& fields() const { return mFields; }
+    const QVector<QPair<QString, QJsonValue>> &fields() const { return mFields; }
 
 private:
     QVector<QPair<QString, QJsonValue>> mFields;
@@ -41,9 +41,9 @@ public:
     explicit Report(Shape shape);
 
     /** Adds a row (Rows reports). */
-    void addRow(const Record& record);
+    void addRow(const Record &record);
     /** Adds the field @p name with @p value (Properties reports). */
-    void set(const QString& name, const QJsonValue& value);
+    void set(const QString &name, const QJsonValue &value);
 
     /** The report as UTF-8 text or JSON. */
     QByteArray render(Format format) const;
@@ -58,11 +58,11 @@ private:
 /** A 32-bit value as eight hexadecimal digits with the prefix "0x", such as "0x00000008". */
 QString hex32(quint32 value);
 /** Writes @p line and a line feed to standard output (UTF-8) and flushes it. */
-void printLine(const QString& line);
+void printLine(const QString &line);
 /** Writes @p text as it is to standard output (UTF-8) and flushes it. */
-void printText(const QString& text);
+void printText(const QString &text);
 /** Writes @p line and a line feed to standard error (UTF-8), control characters escaped. */
-void printErrorLine(const QString& line);
+void printErrorLine(const QString &line);
 
 /**
  * A progress line on standard error, redrawn at most ten times a second. It is shown only when
@@ -73,13 +73,14 @@ class Progress
 public:
     enum Unit { Bytes, Jobs };
 
-    /** A progress line "label: done of total" for @p total units; shown when @p wanted and on a terminal. */
-    Progress(const QString& label, qint64 total, Unit unit, bool wanted = true);
+    /** A progress line "label: done of total" for @p total units; shown when @p wanted and on a
+     * terminal. */
+    Progress(const QString &label, qint64 total, Unit unit, bool wanted = true);
     /** Ends the line when it was shown. */
     ~Progress();
 
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
 
     /** True when the line is drawn. */
     bool isShown() const { return mShown; }

@@ -20,10 +20,11 @@ public:
     /** Puts the previous handlers back and forgets the registered file. */
     ~SignalCleanup();
 
-    SignalCleanup(const SignalCleanup&) = delete;
-    SignalCleanup& operator=(const SignalCleanup&) = delete;
+    SignalCleanup(const SignalCleanup &) = delete;
+    SignalCleanup &operator=(const SignalCleanup &) = delete;
 
-    /** Holds the signals back until release(), so that a file created meanwhile is registered first. */
+    /** Holds the signals back until release(), so that a file created meanwhile is registered
+     * first. */
     void hold();
     /** Lets held signals through; one that came meanwhile is handled now. */
     void release();

@@ -22,7 +22,7 @@ constexpr qint64 kLastMSecs = 4294967295999ll;
 
 const QString kFromOption = QStringLiteral("from");
 
-unsigned long long parseFrameTime(const QString& text)
+unsigned long long parseFrameTime(const QString &text)
 {
     static const QRegularExpression digits(QStringLiteral("^[0-9]+$"));
     static const QRegularExpression negative(QStringLiteral("^-[0-9]+$"));
@@ -36,18 +36,18 @@ unsigned long long parseFrameTime(const QString& text)
     const unsigned long long frameTime = text.toULongLong(&ok);
     if (!ok || frameTime > kLastFrameTime)
         badInput(QStringLiteral("frame time"), text,
-            QStringLiteral(
-                "out of range: after 2106-02-07T06:28:15Z, the last instant frame times convert (%1)")
+            QStringLiteral("out of range: after 2106-02-07T06:28:15Z, the last instant frame times "
+                           "convert (%1)")
                 .arg(kLastFrameTime));
     return frameTime;
 }
 
-QString isoWithOffset(const QDateTime& local)
+QString isoWithOffset(const QDateTime &local)
 {
     return local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 
-int runTime(const Invocation& invocation)
+int runTime(const Invocation &invocation)
 {
     const bool from = invocation.isSet(kFromOption);
     if (from == !invocation.arguments.isEmpty())
@@ -55,7 +55,8 @@ int runTime(const Invocation& invocation)
                       : QStringLiteral("missing FRAMETIME or --from ISO-8601"));
     Report report(Report::Properties);
     addFrameTime(report,
-        from ? frameTimeOf(invocation.value(kFromOption)) : parseFrameTime(invocation.arguments.first()));
+        from ? frameTimeOf(invocation.value(kFromOption))
+             : parseFrameTime(invocation.arguments.first()));
     report.print(invocation.format);
     return 0;
 }
@@ -63,14 +64,15 @@ int runTime(const Invocation& invocation)
 QList<QCommandLineOption> timeOptions()
 {
     return { QCommandLineOption(kFromOption,
-        QStringLiteral("Converts an ISO 8601 date and time (local time unless it has Z or an offset) "
-                       "to a frame time."),
+        QStringLiteral(
+            "Converts an ISO 8601 date and time (local time unless it has Z or an offset) "
+            "to a frame time."),
         QStringLiteral("ISO-8601")) };
 }
 
 } // namespace
 
-void addFrameTime(Report& report, unsigned long long frameTime)
+void addFrameTime(Report &report, unsigned long long frameTime)
 {
     const QDateTime local = ko::toQDateTime(frameTime);
     // Frame times up to kLastFrameTime are below 2^53, so a JSON number holds them exactly.
@@ -79,7 +81,7 @@ void addFrameTime(Report& report, unsigned long long frameTime)
     report.set(QStringLiteral("local"), isoWithOffset(local));
 }
 
-unsigned long long frameTimeOf(const QString& iso)
+unsigned long long frameTimeOf(const QString &iso)
 {
     const QDateTime dateTime = QDateTime::fromString(iso, Qt::ISODateWithMs);
     if (!dateTime.isValid())
@@ -96,7 +98,8 @@ unsigned long long frameTimeOf(const QString& iso)
 }
 
 const Command kTimeCommand = { "time", "[FRAMETIME]",
-    "Converts a frame time (microseconds since 1970-01-01T00:00:00Z) to UTC and local time, or with "
+    "Converts a frame time (microseconds since 1970-01-01T00:00:00Z) to UTC and local time, or "
+    "with "
     "--from an ISO 8601 time to a frame time (millisecond precision).",
     0, 1, timeOptions, runTime, "coreqt time 946684800123000" };
 

@@ -12,10 +12,10 @@ class Report;
 extern const Command kTimeCommand;
 
 /** Sets the fields "frametime", "utc" and "local" of @p report for the frame time @p frameTime. */
-void addFrameTime(Report& report, unsigned long long frameTime);
-/** The frame time of an ISO 8601 date and time (local time when it names no offset); throws when out of
- * range. */
-unsigned long long frameTimeOf(const QString& iso);
+void addFrameTime(Report &report, unsigned long long frameTime);
+/** The frame time of an ISO 8601 date and time (local time when it names no offset); throws when
+ * out of range. */
+unsigned long long frameTimeOf(const QString &iso);
 
 } // namespace tool
 

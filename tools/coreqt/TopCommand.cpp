@@ -36,7 +36,8 @@ struct termios sSaved;
 void restoreTerminal()
 {
     ::tcsetattr(STDIN_FILENO, TCSANOW, &sSaved);
-    [[maybe_unused]] const ssize_t written = ::write(STDOUT_FILENO, kLeaveScreen, sizeof kLeaveScreen - 1);
+    [[maybe_unused]] const ssize_t written
+        = ::write(STDOUT_FILENO, kLeaveScreen, sizeof kLeaveScreen - 1);
 }
 
 // Ctrl-C is one of the two ways to leave the live view; the others that end a program end it too.
@@ -74,10 +75,10 @@ public:
         for (int i = 0; i < 3; ++i)
             ::sigaction(kSignals[i], &mPrevious[i], nullptr);
     }
-    LiveScreen(const LiveScreen&) = delete;
-    LiveScreen& operator=(const LiveScreen&) = delete;
+    LiveScreen(const LiveScreen &) = delete;
+    LiveScreen &operator=(const LiveScreen &) = delete;
 
-    void draw(const QString& text) { writeOut(QByteArray(kClearScreen) + text.toUtf8()); }
+    void draw(const QString &text) { writeOut(QByteArray(kClearScreen) + text.toUtf8()); }
 
     // Waits up to @p milliseconds for keys; true when one of them is q.
     bool quitWithin(int milliseconds)
@@ -93,7 +94,7 @@ public:
 private:
     static constexpr int kSignals[3] = { SIGINT, SIGTERM, SIGHUP };
 
-    static void writeOut(const QByteArray& bytes)
+    static void writeOut(const QByteArray &bytes)
     {
         std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
         std::fflush(stdout);
@@ -102,7 +103,7 @@ private:
     struct sigaction mPrevious[3];
 };
 
-ko::ConsoleDocument fetch(const QString& target, int timeoutMs, QByteArray* json = nullptr)
+ko::ConsoleDocument fetch(const QString &target, int timeoutMs, QByteArray *json = nullptr)
 {
     ko::ConsoleClient::Reply reply = ko::ConsoleClient::fetch(target, timeoutMs);
     if (reply.error != ko::ConsoleClient::NoError)
@@ -112,7 +113,7 @@ ko::ConsoleDocument fetch(const QString& target, int timeoutMs, QByteArray* json
     return reply.document;
 }
 
-int runTop(const Invocation& invocation)
+int runTop(const Invocation &invocation)
 {
     const QString target = invocation.arguments.first();
     const int timeout = invocation.isSet(kTimeoutOption)
@@ -142,8 +143,8 @@ int runTop(const Invocation& invocation)
 
 QList<QCommandLineOption> topOptions()
 {
-    return { QCommandLineOption(
-                 kOnceOption, QStringLiteral("Prints one snapshot and exits (also without a terminal).")),
+    return { QCommandLineOption(kOnceOption,
+                 QStringLiteral("Prints one snapshot and exits (also without a terminal).")),
         QCommandLineOption(kTimeoutOption,
             QStringLiteral("Milliseconds to wait for the console's answer (default 5000)."),
             QStringLiteral("MS")) };
@@ -152,8 +153,10 @@ QList<QCommandLineOption> topOptions()
 } // namespace
 
 const Command kTopCommand = { "top", "NAME|PATH",
-    "Shows the pools of a process whose live console listens on the local socket NAME (in the temporary "
-    "folder) or PATH: each worker's running job and its running time, the queue with ages, the totals; "
+    "Shows the pools of a process whose live console listens on the local socket NAME (in the "
+    "temporary "
+    "folder) or PATH: each worker's running job and its running time, the queue with ages, the "
+    "totals; "
     "stalled jobs stand out. Redrawn every second on a terminal until q or Ctrl-C.",
     1, 1, topOptions, runTop, "coreqt top recorder --once" };
 

@@ -6,7 +6,8 @@
 namespace tool
 {
 
-/** "top NAME|PATH": the pools of a process with a live console, redrawn every second on a terminal. */
+/** "top NAME|PATH": the pools of a process with a live console, redrawn every second on a terminal.
+ */
 extern const Command kTopCommand;
 
 } // namespace tool

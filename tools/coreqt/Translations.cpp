@@ -14,9 +14,10 @@ const QString kResources = QStringLiteral(":/translations");
 
 } // namespace
 
-bool parseLanguage(const QString& code, QLocale* language)
+bool parseLanguage(const QString &code, QLocale *language)
 {
-    if (!QStringList({ QStringLiteral("de"), QStringLiteral("fr"), QStringLiteral("en") }).contains(code))
+    if (!QStringList({ QStringLiteral("de"), QStringLiteral("fr"), QStringLiteral("en") })
+             .contains(code))
         return false;
     *language = QLocale(code);
     return true;
@@ -36,15 +37,16 @@ Translations::~Translations()
     remove();
 }
 
-bool Translations::install(const QLocale& locale)
+bool Translations::install(const QLocale &locale)
 {
     remove();
-    // The embedded catalogues are named after a language's main country (CoreQt_de_DE.qm, qt_de.qm),
-    // which QLocale(language) has: German from Austria finds them too.
+    // The embedded catalogues are named after a language's main country (CoreQt_de_DE.qm,
+    // qt_de.qm), which QLocale(language) has: German from Austria finds them too.
     const QLocale language(locale.language());
     std::unique_ptr<QTranslator> library(new QTranslator);
     std::unique_ptr<QTranslator> qt(new QTranslator);
-    const bool found = library->load(language, QStringLiteral("CoreQt"), QStringLiteral("_"), kResources);
+    const bool found
+        = library->load(language, QStringLiteral("CoreQt"), QStringLiteral("_"), kResources);
     if (found != qt->load(language, QStringLiteral("qt"), QStringLiteral("_"), kResources))
         return false;
     if (found) {
@@ -59,7 +61,7 @@ bool Translations::install(const QLocale& locale)
 
 void Translations::remove()
 {
-    for (std::unique_ptr<QTranslator>* translator : { &mLibrary, &mQt }) {
+    for (std::unique_ptr<QTranslator> *translator : { &mLibrary, &mQt }) {
         if (*translator)
             QCoreApplication::removeTranslator(translator->get());
         translator->reset();

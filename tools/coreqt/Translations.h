@@ -12,7 +12,7 @@ namespace tool
 {
 
 /** The language of a --lang value ("de", "fr", "en"); false for any other value. */
-bool parseLanguage(const QString& code, QLocale* language);
+bool parseLanguage(const QString &code, QLocale *language);
 /** The language the user's settings ask for first (LANGUAGE, LC_ALL, LC_MESSAGES, LANG). */
 QLocale systemLanguage();
 
@@ -28,12 +28,12 @@ public:
     /** Removes the installed translators. */
     ~Translations();
 
-    Translations(const Translations&) = delete;
-    Translations& operator=(const Translations&) = delete;
+    Translations(const Translations &) = delete;
+    Translations &operator=(const Translations &) = delete;
 
-    /** Installs the catalogues of @p locale's language in place of the current ones; false when one loads
-     * without the other. */
-    bool install(const QLocale& locale);
+    /** Installs the catalogues of @p locale's language in place of the current ones; false when one
+     * loads without the other. */
+    bool install(const QLocale &locale);
     /** The installed language. */
     QLocale language() const { return mLanguage; }
 

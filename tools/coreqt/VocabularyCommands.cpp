@@ -21,26 +21,27 @@ namespace
 // rows and every text from its lookups.
 struct Table
 {
-    const char* name;
+    const char *name;
     int rows;
-    const char* (*keyAt)(int row);
+    const char *(*keyAt)(int row);
     qint32 (*valueAt)(int row);
     /** The library's key lookup: the first row with the key, or -1. */
-    int (*rowOfKey)(const QString& key);
-    /** The display text of a key, the key itself when unknown; null for tables looked up by identifier only.
+    int (*rowOfKey)(const QString &key);
+    /** The display text of a key, the key itself when unknown; null for tables looked up by
+     * identifier only.
      */
-    QString (*textOfKey)(const QString& key);
+    QString (*textOfKey)(const QString &key);
     /** The row of a value, or -1; null for tables looked up by key only. */
     int (*rowOfValue)(qint32 value);
     QString (*textOfValue)(qint32 value);
 };
 
-template <const auto& rows> const char* keyAt(int row)
+template <const auto &rows> const char *keyAt(int row)
 {
     return rows[row].key;
 }
 
-template <const auto& rows> qint32 valueAt(int row)
+template <const auto &rows> qint32 valueAt(int row)
 {
     return rows[row].value;
 }
@@ -51,7 +52,7 @@ qint32 identifierAt(int row)
     return row;
 }
 
-template <const auto& rows> int rowOfKey(const QString& key)
+template <const auto &rows> int rowOfKey(const QString &key)
 {
     return ko::indexOfKey(rows, key);
 }
@@ -78,20 +79,22 @@ template <QString (*Name)(double)> int rowOfIdentifier(qint32 value)
     return textOfIdentifier<Name>(value).isNull() ? -1 : value;
 }
 
-template <const auto& rows, class Enum, int (*Index)(Enum), QString (*Name)(Enum)>
-constexpr Table enumTable(const char* name, QString (*textOfKey)(const QString&))
+template <const auto &rows, class Enum, int (*Index)(Enum), QString (*Name)(Enum)>
+constexpr Table enumTable(const char *name, QString (*textOfKey)(const QString &))
 {
     return { name, int(std::size(rows)), keyAt<rows>, valueAt<rows>, rowOfKey<rows>, textOfKey,
         rowOfEnum<Enum, Index>, textOfEnum<Enum, Name> };
 }
 
-template <const auto& rows> constexpr Table keyTable(const char* name, QString (*textOfKey)(const QString&))
+template <const auto &rows>
+constexpr Table keyTable(const char *name, QString (*textOfKey)(const QString &))
 {
-    return { name, int(std::size(rows)), keyAt<rows>, nullptr, rowOfKey<rows>, textOfKey, nullptr, nullptr };
+    return { name, int(std::size(rows)), keyAt<rows>, nullptr, rowOfKey<rows>, textOfKey, nullptr,
+        nullptr };
 }
 
-template <const auto& rows, QString (*Name)(double)>
-constexpr Table identifierTable(const char* name, QString (*textOfKey)(const QString&))
+template <const auto &rows, QString (*Name)(double)>
+constexpr Table identifierTable(const char *name, QString (*textOfKey)(const QString &))
 {
     return { name, int(std::size(rows)), keyAt<rows>, identifierAt, rowOfKey<rows>, textOfKey,
         rowOfIdentifier<Name>, textOfIdentifier<Name> };
@@ -99,9 +102,10 @@ constexpr Table identifierTable(const char* name, QString (*textOfKey)(const QSt
 
 const Table kTables[] = {
     enumTable<sCamEyes, ko::ECamEye, camEyeIndex, camEyeName>("camEye", camEyeName),
-    enumTable<sStreamModes, ko::EStreamMode, streamModeIndex, streamModeName>("streamMode", streamModeName),
-    enumTable<sNightImprovements, ko::ENightImproveMode, nightImprovementIndex, nightImprovementName>(
-        "nightImprovement", nightImprovementName),
+    enumTable<sStreamModes, ko::EStreamMode, streamModeIndex, streamModeName>(
+        "streamMode", streamModeName),
+    enumTable<sNightImprovements, ko::ENightImproveMode, nightImprovementIndex,
+        nightImprovementName>("nightImprovement", nightImprovementName),
     enumTable<sWhiteBalances, ko::EWhiteBMode, whiteBalanceIndex, whiteBalanceName>(
         "whiteBalance", whiteBalanceName),
     enumTable<sNoiseSuppressions, ko::ENoiseSurp, noiseSuppressionIndex, noiseSuppressionName>(
@@ -126,29 +130,32 @@ QStringList tableNames()
 {
     QStringList names;
     std::transform(std::begin(kTables), std::end(kTables), std::back_inserter(names),
-        [](const Table& table) { return QString::fromLatin1(table.name); });
+        [](const Table &table) { return QString::fromLatin1(table.name); });
     return names;
 }
 
-const Table* findTable(const QString& name)
+const Table *findTable(const QString &name)
 {
-    const Table* table = std::find_if(std::begin(kTables), std::end(kTables),
-        [&name](const Table& t) { return name.compare(QLatin1String(t.name), Qt::CaseInsensitive) == 0; });
+    const Table *table
+        = std::find_if(std::begin(kTables), std::end(kTables), [&name](const Table &t) {
+              return name.compare(QLatin1String(t.name), Qt::CaseInsensitive) == 0;
+          });
     return table == std::end(kTables) ? nullptr : table;
 }
 
 // The result of row @p row: its key, its value (for tables looked up by value) and @p text.
-Record record(const Table& table, int row, const QString& text)
+Record record(const Table &table, int row, const QString &text)
 {
     Record record;
     record.add(QStringLiteral("table"), QString::fromLatin1(table.name))
         .add(QStringLiteral("key"), QString::fromLatin1(table.keyAt(row)))
-        .add(QStringLiteral("value"), table.rowOfValue ? QJsonValue(table.valueAt(row)) : QJsonValue())
+        .add(QStringLiteral("value"),
+            table.rowOfValue ? QJsonValue(table.valueAt(row)) : QJsonValue())
         .add(QStringLiteral("text"), text);
     return record;
 }
 
-QString textOfRow(const Table& table, int row)
+QString textOfRow(const Table &table, int row)
 {
     return table.textOfKey ? table.textOfKey(QString::fromLatin1(table.keyAt(row)))
                            : table.textOfValue(table.valueAt(row));
@@ -156,7 +163,7 @@ QString textOfRow(const Table& table, int row)
 
 // The row of @p key; false when the table has no such key. The closing null row of the
 // exposure areas is not an entry.
-bool lookUpKey(const Table& table, const QString& key, Record* result)
+bool lookUpKey(const Table &table, const QString &key, Record *result)
 {
     const int row = table.rowOfKey(key);
     if (row < 0 || !table.keyAt(row))
@@ -165,7 +172,7 @@ bool lookUpKey(const Table& table, const QString& key, Record* result)
     return true;
 }
 
-bool lookUpValue(const Table& table, qint32 value, Record* result)
+bool lookUpValue(const Table &table, qint32 value, Record *result)
 {
     const int row = table.rowOfValue ? table.rowOfValue(value) : -1;
     if (row < 0)
@@ -176,43 +183,45 @@ bool lookUpValue(const Table& table, qint32 value, Record* result)
 
 // Every row a key names: a row whose key an earlier row already has is never looked up, and the
 // closing null row is no entry.
-void listTable(const Table& table, Report& report)
+void listTable(const Table &table, Report &report)
 {
     for (int row = 0; row < table.rows; ++row) {
-        const char* key = table.keyAt(row);
+        const char *key = table.keyAt(row);
         if (key && table.rowOfKey(QString::fromLatin1(key)) == row)
             report.addRow(record(table, row, textOfRow(table, row)));
     }
 }
 
 // The tables a vocab command searches: all, or the one named by its argument.
-QVector<const Table*> selectTables(const Invocation& invocation, bool byValue)
+QVector<const Table *> selectTables(const Invocation &invocation, bool byValue)
 {
-    QVector<const Table*> tables;
+    QVector<const Table *> tables;
     if (invocation.arguments.isEmpty()) {
-        for (const Table& table : kTables)
+        for (const Table &table : kTables)
             tables << &table;
         return tables;
     }
-    const Table* table = findTable(invocation.arguments.first());
+    const Table *table = findTable(invocation.arguments.first());
     if (!table)
         badInput(QStringLiteral("table"), invocation.arguments.first(),
-            QStringLiteral("not a vocabulary table; tables: ") + tableNames().join(QStringLiteral(", ")));
+            QStringLiteral("not a vocabulary table; tables: ")
+                + tableNames().join(QStringLiteral(", ")));
     if (byValue && !table->rowOfValue)
         badInput(QStringLiteral("value"), invocation.value(kValueOption),
-            QStringLiteral("the table %1 is looked up by key only").arg(QLatin1String(table->name)));
+            QStringLiteral("the table %1 is looked up by key only")
+                .arg(QLatin1String(table->name)));
     tables << table;
     return tables;
 }
 
 // One lookup by --key or --value over @p tables: a row from each table that knows it.
-void lookUp(const Invocation& invocation, const QVector<const Table*>& tables, Report& report)
+void lookUp(const Invocation &invocation, const QVector<const Table *> &tables, Report &report)
 {
     const bool byKey = invocation.isSet(kKeyOption);
     const QString input = invocation.value(byKey ? kKeyOption : kValueOption);
     const qint32 value = byKey ? 0 : qint32(parseUInt32(QStringLiteral("value"), input));
     int found = 0;
-    for (const Table* table : tables) {
+    for (const Table *table : tables) {
         Record result;
         if (byKey ? lookUpKey(*table, input, &result) : lookUpValue(*table, value, &result)) {
             report.addRow(result);
@@ -220,25 +229,25 @@ void lookUp(const Invocation& invocation, const QVector<const Table*>& tables, R
         }
     }
     if (found == 0) {
-        const QString where
-            = tables.size() == 1 ? QLatin1String(tables.first()->name) : QStringLiteral("any table");
+        const QString where = tables.size() == 1 ? QLatin1String(tables.first()->name)
+                                                 : QStringLiteral("any table");
         badInput(byKey ? QStringLiteral("key") : QStringLiteral("value"), input,
             QStringLiteral("no entry in %1").arg(where));
     }
 }
 
-int runVocab(const Invocation& invocation)
+int runVocab(const Invocation &invocation)
 {
     const bool byKey = invocation.isSet(kKeyOption);
     const bool byValue = invocation.isSet(kValueOption);
     if (byKey && byValue)
         badUsage(QStringLiteral("give either --key or --value, not both"));
-    const QVector<const Table*> tables = selectTables(invocation, byValue);
+    const QVector<const Table *> tables = selectTables(invocation, byValue);
     Report report(Report::Rows);
     if (byKey || byValue) {
         lookUp(invocation, tables, report);
     } else {
-        for (const Table* table : tables)
+        for (const Table *table : tables)
             listTable(*table, report);
     }
     report.print(invocation.format);
@@ -248,13 +257,14 @@ int runVocab(const Invocation& invocation)
 QList<QCommandLineOption> vocabOptions()
 {
     return { QCommandLineOption(kKeyOption,
-                 QStringLiteral("Looks up the entry with this key (case-sensitive)."), QStringLiteral("KEY")),
+                 QStringLiteral("Looks up the entry with this key (case-sensitive)."),
+                 QStringLiteral("KEY")),
         QCommandLineOption(kValueOption,
             QStringLiteral("Looks up the entry with this value (decimal or 0x-hexadecimal)."),
             QStringLiteral("N")) };
 }
 
-int runFps(const Invocation& invocation)
+int runFps(const Invocation &invocation)
 {
     const QString input = invocation.arguments.first();
     const double fps = parseNumber(QStringLiteral("frame rate"), input);
@@ -268,14 +278,16 @@ int runFps(const Invocation& invocation)
 } // namespace
 
 const Command kVocabCommand = { "vocab", "[TABLE]",
-    "Lists the camera parameter tables (all, or TABLE), or looks up one entry with --key or --value: "
+    "Lists the camera parameter tables (all, or TABLE), or looks up one entry with --key or "
+    "--value: "
     "table, key, value, display text. Tables: camEye, streamMode, nightImprovement, whiteBalance, "
-    "noiseSuppression, darkNoiseSuppression, contrastMode, streamCodec, microphoneTarget, microSensitivity, "
+    "noiseSuppression, darkNoiseSuppression, contrastMode, streamCodec, microphoneTarget, "
+    "microSensitivity, "
     "exposurePreset, displayMode, resolution.",
     0, 1, vocabOptions, runVocab, "coreqt vocab whiteBalance" };
 
 const Command kFpsCommand = { "fps", "VALUE",
-    "Renders a frame rate given in hundredths of a frame per second (0: Maximum).", 1, 1, nullptr, runFps,
-    "coreqt fps 1250" };
+    "Renders a frame rate given in hundredths of a frame per second (0: Maximum).", 1, 1, nullptr,
+    runFps, "coreqt fps 1250" };
 
 } // namespace tool

@@ -1,5 +1,5 @@
-// A program built against an installed CoreQt (or CoreQt6): it includes the umbrella header, touches
-// each of the three libraries and a function whose signature differs between Qt 5 and Qt 6.
+// A program built against an installed CoreQt (or CoreQt6): it includes the umbrella header,
+// touches each of the three libraries and a function whose signature differs between Qt 5 and Qt 6.
 #include COREQT_UMBRELLA
 
 #include <QRegExp>
