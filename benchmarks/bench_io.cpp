@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Sequential write and read of 64 MiB in 64 KiB chunks through ko::FileEncrypt against a plain
 // QFile in the same run (the files stay in the page cache), and the time of a seek to 1 KiB,
 // 1 MiB and 1 GiB.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Cost per job of the job pool against QThreadPool in the same run: N jobs of 0, 10 or 100 µs of
 // work on two worker threads, scheduled from the main thread, then a wait until all have ended.
 #include "platform/core/Log.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Flushed log lines into a file: the library's logging idiom against spdlog's synchronous
 // basic_file_sink_mt flushing every line (flush_on(trace)), in the same run. Both pay one write(2)
 // per line; the lines are of the same length (about 80 bytes with the prefix).

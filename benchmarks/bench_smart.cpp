@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Copying a job handle, as the job pool does several times per job:
 // kom::smart against std::shared_ptr in the same run.
 #include "platform/kom/komSmart.h"

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Build settings shared by every target of the project.
 
 # Compile definitions that the public headers rely on (Qt 4 names kept behind

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Qt's translation tools for the Qt major version being built against: LinguistTools (lrelease
 # through qt_add_translation(), COREQT_LCONVERT for merging catalogues) and
 # COREQT_QT_TRANSLATIONS_DIR, the folder of Qt's installed catalogues.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Debian packages: `cpack -G DEB` in a build tree configured with -DCMAKE_INSTALL_PREFIX=/usr, so
 # that GNUInstallDirs puts the libraries into Debian's multiarch folder. One package per install
 # component:

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Writes the reference's main page from the README: its overview (the text before the set-up
 # commands) and its sections on the stand-in cipher and the enciphered file format.
 # cmake -DREADME=... -DOUTPUT=... -P MainPage.cmake

@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Doxygen input filter: puts each public header into the group of its area, named after its
 # folder, so that the reference is grouped by area without a group tag in every header.
 # Doxygen does not carry a group opened at file level into a namespace block, so each namespace

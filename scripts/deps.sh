@@ -1,10 +1,12 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Sourced by the set-up scripts: installs the Debian packages the build needs
 # when they are missing (Debian 12; run as root, or with sudo available).
 COREQT_PACKAGES=(
     g++ clang libclang-rt-14-dev cmake ninja-build pkg-config
     qtbase5-dev qttools5-dev qttools5-dev-tools qttranslations5-l10n tzdata groff-base bash-completion doxygen graphviz
     libbenchmark-dev libspdlog-dev
-    dpkg-dev lintian file
+    dpkg-dev lintian file clang-format-14
 )
 # The Qt 6 variant's, installed only when it is asked for: coreqt_install_deps --qt6.
 COREQT_QT6_PACKAGES=(

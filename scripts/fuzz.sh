@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Builds the libFuzzer targets with Clang, AddressSanitizer and UndefinedBehaviorSanitizer in
 # build-fuzz/ and runs each for a bounded time; fails on a crash or a sanitizer report.
 #   scripts/fuzz.sh [seconds per target, default 60]

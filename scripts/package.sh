@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Builds the Debian packages of both Qt variants in build-deb/ and build-deb-qt6/ (`cpack -G DEB` in
 # trees configured for /usr, with Debian's hardening flags), checks each with lintian (an error
 # fails), then tests them all unpacked into one scratch root: no file is in two packages, every

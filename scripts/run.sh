@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Installs what is missing, builds, and runs the coreqt program with the given arguments
 # (without arguments: its tour of the library). With --qt6 first, the library and the program
 # (coreqt6) built against Qt 6, in build-qt6/.

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Installs what is missing, builds, and runs the whole test suite, then repeats
 # the concurrency tests (label "threads") 20 times.
 #   scripts/test.sh                     normal build in build/

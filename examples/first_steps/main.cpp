@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // What a new user of CoreQt does first: schedule jobs on the job pool and wait for them, log
 // through the log front, catch and print an exception with its cause, and write and read back
 // an enciphered file.

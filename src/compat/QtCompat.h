@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 #ifndef KO_QTCOMPAT_H
 #define KO_QTCOMPAT_H
 

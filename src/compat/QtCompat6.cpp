@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // The compatibility helpers of the Qt 6 build that are not inline (see QtCompat_p.h), and
 // ko::RecursionModeMutex.
 #include "compat/QtCompat_p.h"

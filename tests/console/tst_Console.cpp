@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // The live console: ko::Console serving ko::ConsoleDocument to ko::ConsoleClient over a local
 // socket.
 #include "ConsoleTestSupport.h"

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Fails when LIBRARY imports a symbol of the stand-in libraries (STANDINS, separated by '|') that is
 # not listed in ALLOWED (demangled names, one a line, '#' starts a comment). OMIT drops one entry
 # of the list, to check that the failure names the symbol.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // libFuzzer target: arbitrary bytes opened as an enciphered file, then read, peeked, seeked,
 // written and reopened in an order the input chooses. Reads right after a seek on a read-only
 // device are checked against the raw bytes; any other fault shows as a crash or a sanitizer report.

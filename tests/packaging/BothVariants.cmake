@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Script run by CTest: the library built against the other Qt major version (PEER_MAJOR, built here
 # in PEER_DIR) and this build install into one prefix, where they share only the Qt-free stand-ins;
 # one consumer tree then finds both packages, pkg-config each, and both tools run.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Checks of an installed tree, shared by the packaging scripts run by CTest and scripts/package.sh.
 # LIBDIR names the tree's library folder below the prefix (lib unless given; Debian's multiarch
 # folder for the packages).

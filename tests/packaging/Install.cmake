@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Script run by CTest, the fixture of every test of the installed tree: installs the build into a
 # fresh scratch prefix.
 file(REMOVE_RECURSE "${PREFIX}")

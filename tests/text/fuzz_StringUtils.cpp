@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // libFuzzer target: arbitrary bytes given to StringUtils::toVariant, as the Base64 text of a
 // serialised value or as plain text, for a target type the input chooses; every value it returns
 // is written back with toString and read again. Any fault shows as a crash or a sanitizer report.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // The registry of pools that a console shows, and the signal thread pool's snapshot.
 #include "JobTestSupport.h"
 #include "LogCapture.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Snapshots of a job pool: komQtThreadPool::snapshot() under the locks, and without them.
 #include "JobTestSupport.h"
 #include "LogCapture.h"

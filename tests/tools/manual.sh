@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # The installed manual page and bash completion of coreqt: the page renders without a warning
 # and names every command, option and example the tool's help lists; the completion offers the
 # commands, a command's own options and the trigger event keys.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Runs the installed coreqt program and checks its standard output, standard error, exit
 // status and the files it writes.
 #include "../console/ConsoleTestSupport.h"

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Writes the bash completion of coreqt from the tool's own help (commands, global options, each
 # command's own options) and the library's trigger event table (the keys for `coreqt event`).
 # cmake -DTOOL=<coreqt binary> -DNAME=<installed name> -DEVENTS=<EventTypes.cpp> -DOUTPUT=<file>

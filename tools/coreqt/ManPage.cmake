@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# SPDX-FileCopyrightText: 2026 The CoreQt developers
 # Writes the manual page coreqt(1) from the tool's own help, so that the two cannot drift:
 # `coreqt --help` gives the description, the commands, the global options and the exit status;
 # `coreqt COMMAND --help` gives each command's arguments, description, own options and example.

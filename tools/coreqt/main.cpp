@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // coreqt: the library's knowledge on the command line (trigger masks, vocabulary in three
 // languages, frame times, enciphered files) and a short tour of the library at work.
 #include "Arguments.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // A program built against an installed CoreQt (or CoreQt6) that opens the live console and reads it
 // back.
 #include COREQT_UMBRELLA

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-FileCopyrightText: 2026 The CoreQt developers
 // A program built against an installed CoreQt (or CoreQt6): it includes the umbrella header,
 // touches each of the three libraries and a function whose signature differs between Qt 5 and Qt 6.
 #include COREQT_UMBRELLA
