@@ -5,6 +5,8 @@
 // 1 MiB and 1 GiB.
 // Goals: enciphered write and read at least 0.85 of QFile's speed; seek time independent of the
 // offset.
+#include "Spread.h"
+
 #include "io/FileEncrypt.h"
 
 #include <QFile>
@@ -91,20 +93,6 @@ bool rewriteInLargePieces(const QString &path)
         file.write(bytes.constData() + done, qMin(1 << 20, bytes.size() - done));
     file.close();
     return true;
-}
-
-// Milliseconds of each run of one side: the fastest, the median, the slowest.
-struct Spread
-{
-    double min = 0;
-    double median = 0;
-    double max = 0;
-};
-
-Spread spread(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return { values.front(), values[values.size() / 2], values.back() };
 }
 
 // One comparison: the device against QFile in real time, and QFile's time over the device's run

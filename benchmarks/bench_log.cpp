@@ -10,6 +10,8 @@
 // Each comparison alternates the two sides run by run; the summary gives the median with the
 // fastest and slowest run of each side, and the ratio library / spdlog run pair by pair.
 // Goals: Text and Streamed at most 1.10, Threads at most 1.0.
+#include "Spread.h"
+
 #include "log/LogQt.h"
 
 #include <benchmark/benchmark.h>
@@ -66,20 +68,6 @@ void idiomFile(const std::string &name)
 {
     ko::LogQt::s_instance.setLogFile(path(name + ".log").c_str(), false);
     ko::LogQt::s_instance.setLogLevel(ko::Log::Message);
-}
-
-// Fastest, median and slowest of a set of values.
-struct Spread
-{
-    double min = 0;
-    double median = 0;
-    double max = 0;
-};
-
-Spread spread(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return { values.front(), values[values.size() / 2], values.back() };
 }
 
 double processCpuSeconds()

@@ -82,9 +82,7 @@ void tst_EventTypes::eventsOfMasks_data()
     const uint all = 0xFFFFFFFF;
     row("all", all, all, all,
         "VM, VM2, PI, IL, IL2, MI, TP, UC, BT, BR, BL, IR, SI, SI2, SI3, SI4, RC, CI, PE, TT, RD, "
-        "EC, EL, "
-        "EL2, "
-        "RB, RE, RH, RT");
+        "EC, EL, EL2, RB, RE, RH, RT");
     row("bit per mask, no common row", 0x8u, 0x10u, all, "");
     row("table order, not bit order", 0x0C000000u, all, all, "RH, RT");
     row("intersection of three", 0x7u, 0x6u, 0x3u, "EL");

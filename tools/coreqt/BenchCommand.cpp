@@ -115,8 +115,7 @@ QList<QCommandLineOption> benchOptions()
 
 const Command kBenchCommand = { "bench", "jobs",
     "Runs N jobs on the library's job pool and on QThreadPool, each with T threads, and prints the "
-    "jobs "
-    "per second of both and their ratio.",
+    "jobs per second of both and their ratio.",
     1, 1, benchOptions, runBench, "coreqt bench jobs --jobs 20000 --threads 4" };
 
 } // namespace tool

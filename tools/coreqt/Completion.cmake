@@ -4,16 +4,7 @@
 # command's own options) and the library's trigger event table (the keys for `coreqt event`).
 # cmake -DTOOL=<coreqt binary> -DNAME=<installed name> -DEVENTS=<EventTypes.cpp> -DOUTPUT=<file>
 #       -P Completion.cmake
-set(ENV{ASAN_OPTIONS} "detect_leaks=0")
-set(ENV{LC_ALL} "C.UTF-8")
-
-function(run_tool out)
-    execute_process(COMMAND "${TOOL}" ${ARGN} OUTPUT_VARIABLE text RESULT_VARIABLE status)
-    if(NOT status EQUAL 0)
-        message(FATAL_ERROR "${TOOL} ${ARGN} failed (${status})")
-    endif()
-    set(${out} "${text}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/RunTool.cmake")
 
 # The long options that take a value ("--name <value>") in a help text.
 function(valued_options out help)

@@ -235,8 +235,7 @@ int runDemo(const Invocation &invocation)
 
 const Command kDemoCommand = { "demo", "",
     "A short tour of the library on built-in sample data: jobs, a live console, signal thread "
-    "pool, "
-    "vocabulary in three languages, an exception chain, frame times and an enciphered file.",
+    "pool, vocabulary in three languages, an exception chain, frame times and an enciphered file.",
     0, 0, nullptr, runDemo, "coreqt demo --lang de" };
 
 } // namespace tool

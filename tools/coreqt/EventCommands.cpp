@@ -64,14 +64,12 @@ Record eventRecord(const QString &key)
 
 const Command kEventsCommand = { "events", "MASK [MASK MASK]",
     "Lists the trigger events whose bit is in every mask (decimal or 0x-hexadecimal; a mask left "
-    "out "
-    "selects all): key, mask, display text.",
+    "out selects all): key, mask, display text.",
     1, 3, nullptr, runEvents, "coreqt events 0x18" };
 
 const Command kEventCommand = { "event", "KEY [KEY...]",
     "Shows the display text of trigger event keys (case-sensitive), mailbox keys AMB_... and "
-    "AME_... "
-    "included: key, mask, display text.",
+    "AME_... included: key, mask, display text.",
     1, -1, nullptr, runEvent, "coreqt event VM SI5 AMB_17" };
 
 } // namespace tool

@@ -287,22 +287,18 @@ Report inspectFile(const QString &path)
 
 const Command kEncryptCommand = { "encrypt", "IN OUT",
     "Writes IN as an enciphered file OUT (an 8-byte plain header, then the enciphered bytes; this "
-    "hides "
-    "data from casual reading and is not cryptography). A file OUT is replaced only when complete; "
-    "a FIFO or "
-    "device is written in place.",
+    "hides data from casual reading and is not cryptography). A file OUT is replaced only when "
+    "complete; a FIFO or device is written in place.",
     2, 2, nullptr, runEncrypt, "coreqt encrypt notes.txt notes.enc" };
 
 const Command kDecryptCommand = { "decrypt", "IN OUT",
     "Writes the contents of the enciphered file IN to OUT (a file is replaced only when complete, "
-    "a FIFO or "
-    "device written in place); refuses a file this library cannot read.",
+    "a FIFO or device written in place); refuses a file this library cannot read.",
     2, 2, nullptr, runDecrypt, "coreqt decrypt notes.enc notes.txt" };
 
 const Command kInspectCommand = { "inspect", "FILE",
     "Shows the header of an enciphered file: version, minimum version, reserved bytes, seed, "
-    "logical size "
-    "and whether this library reads it.",
+    "logical size and whether this library reads it.",
     1, 1, nullptr, runInspect, "coreqt inspect notes.enc" };
 
 } // namespace tool

@@ -4,16 +4,7 @@
 # `coreqt --help` gives the description, the commands, the global options and the exit status;
 # `coreqt COMMAND --help` gives each command's arguments, description, own options and example.
 # cmake -DTOOL=<coreqt binary> -DNAME=<installed name> -DOUTPUT=<file> -P ManPage.cmake
-set(ENV{ASAN_OPTIONS} "detect_leaks=0")
-set(ENV{LC_ALL} "C.UTF-8")
-
-function(run_tool out)
-    execute_process(COMMAND "${TOOL}" ${ARGN} OUTPUT_VARIABLE text RESULT_VARIABLE status)
-    if(NOT status EQUAL 0)
-        message(FATAL_ERROR "${TOOL} ${ARGN} failed (${status})")
-    endif()
-    set(${out} "${text}" PARENT_SCOPE)
-endfunction()
+include("${CMAKE_CURRENT_LIST_DIR}/RunTool.cmake")
 
 # roff: backslashes, leading dots and dashes made literal.
 function(roff out text)

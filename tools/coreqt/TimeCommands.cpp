@@ -67,8 +67,8 @@ QList<QCommandLineOption> timeOptions()
 {
     return { QCommandLineOption(kFromOption,
         QStringLiteral(
-            "Converts an ISO 8601 date and time (local time unless it has Z or an offset) "
-            "to a frame time."),
+            "Converts an ISO 8601 date and time (local time unless it has Z or an offset) to a "
+            "frame time."),
         QStringLiteral("ISO-8601")) };
 }
 
@@ -101,8 +101,7 @@ unsigned long long frameTimeOf(const QString &iso)
 
 const Command kTimeCommand = { "time", "[FRAMETIME]",
     "Converts a frame time (microseconds since 1970-01-01T00:00:00Z) to UTC and local time, or "
-    "with "
-    "--from an ISO 8601 time to a frame time (millisecond precision).",
+    "with --from an ISO 8601 time to a frame time (millisecond precision).",
     0, 1, timeOptions, runTime, "coreqt time 946684800123000" };
 
 } // namespace tool

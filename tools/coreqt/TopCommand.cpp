@@ -156,10 +156,9 @@ QList<QCommandLineOption> topOptions()
 
 const Command kTopCommand = { "top", "NAME|PATH",
     "Shows the pools of a process whose live console listens on the local socket NAME (in the "
-    "temporary "
-    "folder) or PATH: each worker's running job and its running time, the queue with ages, the "
-    "totals; "
-    "stalled jobs stand out. Redrawn every second on a terminal until q or Ctrl-C.",
+    "temporary folder) or PATH: each worker's running job and its running time, the queue with "
+    "ages, the totals; stalled jobs stand out. Redrawn every second on a terminal until q or "
+    "Ctrl-C.",
     1, 1, topOptions, runTop, "coreqt top recorder --once" };
 
 } // namespace tool

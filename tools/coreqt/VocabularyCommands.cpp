@@ -281,11 +281,9 @@ int runFps(const Invocation &invocation)
 
 const Command kVocabCommand = { "vocab", "[TABLE]",
     "Lists the camera parameter tables (all, or TABLE), or looks up one entry with --key or "
-    "--value: "
-    "table, key, value, display text. Tables: camEye, streamMode, nightImprovement, whiteBalance, "
-    "noiseSuppression, darkNoiseSuppression, contrastMode, streamCodec, microphoneTarget, "
-    "microSensitivity, "
-    "exposurePreset, displayMode, resolution.",
+    "--value: table, key, value, display text. Tables: camEye, streamMode, nightImprovement, "
+    "whiteBalance, noiseSuppression, darkNoiseSuppression, contrastMode, streamCodec, "
+    "microphoneTarget, microSensitivity, exposurePreset, displayMode, resolution.",
     0, 1, vocabOptions, runVocab, "coreqt vocab whiteBalance" };
 
 const Command kFpsCommand = { "fps", "VALUE",
