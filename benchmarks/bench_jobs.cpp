@@ -2,13 +2,20 @@
 // SPDX-FileCopyrightText: 2026 The CoreQt developers
 // Cost per job of the job pool against QThreadPool in the same run: N jobs of 0, 10 or 100 µs of
 // work on two worker threads, scheduled from the main thread, then a wait until all have ended.
+// With --console the job pool is registered with the live console, which listens and is read
+// by a client every second throughout, as `coreqt top` would.
+#include "console/Console.h"
+#include "console/ConsoleClient.h"
 #include "platform/core/Log.h"
 #include "threads/IRunnable.h"
+#include "threads/PoolRegistry.h"
 #include "threads/komQtThreadPool.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QRunnable>
+#include <QTemporaryDir>
+#include <QThread>
 #include <QThreadPool>
 
 #include <benchmark/benchmark.h>
@@ -17,12 +24,15 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace
 {
+
+bool sConsole = false; // --console: the pool is registered and its console read every second
 
 void work(int microseconds)
 {
@@ -75,6 +85,8 @@ void BM_komQtThreadPool(benchmark::State &state)
     const int jobs = int(state.range(0));
     const int microseconds = int(state.range(1));
     ko::komQtThreadPool pool(QStringLiteral("Bench"), 2);
+    if (sConsole)
+        ko::PoolRegistry::add(&pool);
     long finished = 0; // the pool announces every job twice, the second time from reclaimThread()
     QObject::connect(
         &pool, &ko::komQtThreadPool::jobFinished, [&finished](int, int) { ++finished; });
@@ -88,6 +100,7 @@ void BM_komQtThreadPool(benchmark::State &state)
         spinUntil(pool, [&]() { return finished == 2L * jobs; });
     }
     state.SetItemsProcessed(state.iterations() * jobs);
+    ko::PoolRegistry::remove(&pool);
     pool.setMaxThreads(-1); // the workers (all idle now) end and delete themselves
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
@@ -167,6 +180,11 @@ int main(int argc, char **argv)
     // The two pools' repetitions are shuffled together, so that a change in the machine's load
     // during the run falls on both alike; a flag on the command line still overrides this.
     std::vector<char *> args(argv, argv + argc);
+    const auto console = std::find_if(args.begin(), args.end(),
+        [](const char *arg) { return std::strcmp(arg, "--console") == 0; });
+    sConsole = console != args.end();
+    if (sConsole)
+        args.erase(console);
     char interleave[] = "--benchmark_enable_random_interleaving=true";
     args.insert(args.begin() + 1, interleave);
     int count = int(args.size());
@@ -175,8 +193,29 @@ int main(int argc, char **argv)
     argv = args.data();
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
+    QTemporaryDir dir;
+    std::atomic<bool> reading { true };
+    QThread *reader = nullptr;
+    if (sConsole) {
+        const QString path = dir.filePath(QStringLiteral("console"));
+        if (!ko::Console::listen(path))
+            return 1;
+        reader = QThread::create([&reading, path]() {
+            while (reading) {
+                ko::ConsoleClient::fetch(path);
+                QThread::sleep(1);
+            }
+        });
+        reader->start();
+    }
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (reader) {
+        reading = false;
+        reader->wait();
+        delete reader;
+        ko::Console::close();
+    }
     benchmark::Shutdown();
     return 0;
 }
