@@ -448,7 +448,9 @@ JobPoolSnapshot komQtThreadPool::snapshot(int lockTimeoutMs) const
 {
     if (!mLock->tryLock(lockTimeoutMs))
         return mActivity->snapshotWithoutLock(lockTimeoutMs);
-    std::unique_lock<QMutex> locker(*mLock, std::adopt_lock);
+    // Unlocked through komQtLock's own unlock(): on Qt 6 a plain QMutex::unlock() would leave the
+    // recursion bookkeeping saying this thread still holds it.
+    std::unique_lock<komQtLock> locker(*mLock, std::adopt_lock);
     return snapshot_locked();
 }
 

@@ -98,7 +98,7 @@ struct TestPool : ko::komQtThreadPool
             load += thread->workLoad();
         return load;
     }
-    /** The pool lock, for a test that holds it from another thread. */
+    /** The pool lock as a plain QMutex, for a test that holds it from another thread. */
     QMutex &poolLock() { return *mLock; }
     void exitWaitLoop(int key, int code)
     {

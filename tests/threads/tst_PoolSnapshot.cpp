@@ -189,6 +189,9 @@ void tst_PoolSnapshot::busyLockReportedWithinTheLimit()
     const kom::smart<RecordingJob> job = scheduleJob(pool, held, &gate);
     QVERIFY(job->waitStarted());
 
+    // A snapshot that took the lock and gave it back leaves nothing behind: the next one waits
+    // for another holder as the first did.
+    QVERIFY(!pool.snapshot(100).lockBusy);
     QSemaphore locked, unlock;
     std::thread holder([&]() {
         QMutexLocker lock(&pool.poolLock());
@@ -251,6 +254,8 @@ void tst_PoolSnapshot::snapshotsWhileJobsRun()
             ++snapshots;
         }
     });
+    // The jobs come once the reader runs, so that even a loaded machine races the two.
+    QVERIFY(spinUntil([&]() { return snapshots > 0; }));
     std::atomic<int> runs { 0 };
     for (int i = 0; i < jobs; ++i)
         pool.schedule(kom::smart<ko::IRunnable>(new TickJob(runs)));
