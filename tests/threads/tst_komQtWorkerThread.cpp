@@ -76,6 +76,7 @@ private Q_SLOTS:
     void interfaceName();
     void runOrder_data();
     void runOrder();
+    void abortMarksTheJob();
     void noWakeIsLost();
     void jobTimer_data();
     void jobTimer();
@@ -138,6 +139,25 @@ void tst_komQtWorkerThread::runOrder()
         QVERIFY(jobs.at(i)->mTimerLag >= 0); // started at the local time
         QVERIFY(jobs.at(i)->mTimerLag < 1000);
     }
+}
+
+// An abort request marks the job itself: another queued entry of the same job is no longer
+// scheduled and is dropped unrun when the worker takes it.
+void tst_komQtWorkerThread::abortMarksTheJob()
+{
+    Worker worker;
+    QSemaphore gate;
+    QVERIFY(worker.add(100, 3, &gate)->waitStarted());
+    const kom::smart<RecordingJob> job(new RecordingJob);
+    job->mOrder = &worker.order;
+    worker.thread->schedule(1, job, Priority(3));
+    worker.thread->schedule(2, job, Priority(3));
+    QVERIFY(worker.thread->requestAbort(1));
+    QVERIFY(!worker.thread->isScheduled(2));
+    gate.release();
+    QVERIFY(spinUntil([&]() { return worker.thread->workLoad() == 0; }));
+    QCOMPARE(job->mRuns.load(), 0);
+    QCOMPARE(worker.order, QList<int> { 100 });
 }
 
 void tst_komQtWorkerThread::noWakeIsLost()
