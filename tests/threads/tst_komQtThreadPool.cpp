@@ -68,6 +68,13 @@ void tst_komQtThreadPool::idsAndWaitsThatReturnAtOnce()
     QVERIFY(pool.waitForFinished(1, -1)); // issued, held by no worker
     QVERIFY(!pool.waitForFinished(2, -1)); // not issued yet
     QVERIFY(pool.waitForAllFinished(-1));
+    // A caller's id is kept as given, 0 included, and takes nothing from the sequence.
+    const kom::smart<RecordingJob> job(new RecordingJob);
+    QCOMPARE(pool.schedule(job, komQtThreadPool::SchedulePriority(3), 0), 0);
+    QCOMPARE(pool.schedule(job, komQtThreadPool::SchedulePriority(3), 77), 77);
+    QVERIFY(spinUntil([&]() { return job->mRuns == 2; }));
+    QVERIFY(pool.retire());
+    QCOMPARE(pool.newJobId(), 2);
 }
 
 void tst_komQtThreadPool::newPoolSignalsAndWorkers()
