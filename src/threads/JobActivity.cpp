@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <numeric>
 
 namespace ko
 {
@@ -87,14 +86,9 @@ bool WorkerActivity::running(RunningJob *job) const
     return false;
 }
 
-quint64 WorkerActivity::started() const
+quint64 WorkerActivity::runs() const
 {
-    return (mRuns.load(std::memory_order_acquire) + 1) / 2;
-}
-
-quint64 WorkerActivity::finished() const
-{
-    return mRuns.load(std::memory_order_acquire) / 2;
+    return mRuns.load(std::memory_order_acquire);
 }
 
 bool WorkerActivity::stallReported() const
@@ -154,8 +148,9 @@ void JobPoolActivity::prune_locked()
     const auto ended = std::stable_partition(mWorkers.begin(), mWorkers.end(),
         [](const std::shared_ptr<WorkerActivity> &worker) { return !worker->hasEnded(); });
     for (auto it = ended; it != mWorkers.end(); ++it) {
-        mRetiredStarted += (*it)->started();
-        mRetiredFinished += (*it)->finished();
+        const quint64 runs = (*it)->runs();
+        mRetiredStarted += (runs + 1) / 2;
+        mRetiredFinished += runs / 2;
     }
     mWorkers.erase(ended, mWorkers.end());
 }
@@ -178,15 +173,14 @@ void JobPoolActivity::describe(JobPoolSnapshot *snapshot)
     totals.reprioritised = reprioritised.load(std::memory_order_relaxed);
     QMutexLocker lock(&mWorkersMutex);
     prune_locked();
-    const auto add = [](quint64 (WorkerActivity::*count)() const) {
-        return [count](quint64 sum, const std::shared_ptr<WorkerActivity> &worker) {
-            return sum + ((*worker).*count)();
-        };
-    };
-    totals.started = std::accumulate(
-        mWorkers.cbegin(), mWorkers.cend(), mRetiredStarted, add(&WorkerActivity::started));
-    totals.finished = std::accumulate(
-        mWorkers.cbegin(), mWorkers.cend(), mRetiredFinished, add(&WorkerActivity::finished));
+    // Each worker's count is read once, so that no job counts as finished but not started.
+    totals.started = mRetiredStarted;
+    totals.finished = mRetiredFinished;
+    for (const std::shared_ptr<WorkerActivity> &worker : qAsConst(mWorkers)) {
+        const quint64 runs = worker->runs();
+        totals.started += (runs + 1) / 2;
+        totals.finished += runs / 2;
+    }
 }
 
 JobPoolSnapshot JobPoolActivity::snapshotWithoutLock(int lockWaitMs)

@@ -61,10 +61,8 @@ public:
     /** Reads the running job into @p job; false when none runs (or jobs change too fast to read
      * one). */
     bool running(RunningJob *job) const;
-    /** Jobs started so far. */
-    quint64 started() const;
-    /** Jobs finished so far. */
-    quint64 finished() const;
+    /** Jobs started plus jobs finished so far: odd while one runs. One read gives both counts. */
+    quint64 runs() const;
 
     /** True while the running job has been reported as stalled and its end line is due. */
     bool stallReported() const;
