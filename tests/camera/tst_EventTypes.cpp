@@ -18,7 +18,6 @@ private Q_SLOTS:
     void eventsOfMasks();
     void profileKeys_data();
     void profileKeys();
-    void constants();
 };
 
 void tst_EventTypes::tableShape()
@@ -53,7 +52,6 @@ void tst_EventTypes::nameOfKey_data()
     row("SI1 named SI", "SI", "Signal Input 1 (SI)");
     row("case matters", "ae", "ae");
     row("camel-case key", "RingOK", "Bell Pressed");
-    row("lower-case key", "disconnected", "Connection Lost");
     row("no trimming", "VM ", "VM ");
     row("empty", "", "");
     row("mailbox prefix only", "AMB_", "Mailbox Message (AMB_)");
@@ -119,20 +117,6 @@ void tst_EventTypes::profileKeys()
     QCOMPARE(result.isNull(), key.isNull());
     if (key.isNull())
         QCOMPARE(&result, &ko::k_envProfileInvalidKey);
-}
-
-void tst_EventTypes::constants()
-{
-    using namespace ko::EventTypes;
-    QCOMPARE(ko::kMessageBeginTrigger, QStringLiteral("AMB_"));
-    QCOMPARE(ko::kMessageEndTrigger, QStringLiteral("AME_"));
-    QVERIFY(ko::k_envProfileInvalidKey.isNull());
-    const QStringList actions { k_ActionNameIPNotify, k_ActionNameEmail, k_ActionNameVoip,
-        k_ActionNameSound };
-    QCOMPARE(actions, QStringList({ "IP", "EM", "CL", "SD" }));
-    const QStringList sensors { k_vmSensorName, k_micSensorName, k_pirSensorName, k_sigSensorName,
-        k_tempSensorName, k_ilSensorName };
-    QCOMPARE(sensors, QStringList({ "vm", "mi", "ir", "si", "tp", "il" }));
 }
 
 QTEST_GUILESS_MAIN(tst_EventTypes)

@@ -6,7 +6,7 @@
 
 #include <QRegularExpression>
 
-LogCapture::LogCapture(ko::Log::ELevel threshold)
+LogCapture::LogCapture(ko::Log::ELevel threshold, bool oneStream)
 {
     ko::Log &log = ko::Log::instance();
     ko::MutexLocker lock(log.mutex(), true);
@@ -14,7 +14,7 @@ LogCapture::LogCapture(ko::Log::ELevel threshold)
     for (int i = 0; i < ko::Log::LevelCount; ++i) {
         const auto level = ko::Log::ELevel(i);
         mPrevious[i] = log.getStream(level);
-        log.setStream(level, &mStreams[i], false);
+        log.setStream(level, &mStreams[oneStream ? 0 : i], false);
     }
     log.setLogLevel(threshold);
 }
@@ -50,6 +50,14 @@ QStringList LogCapture::allLines() const
         for (const QString &line : lines(ko::Log::ELevel(i)))
             result << QString::number(i) + QLatin1Char('|') + line;
     }
+    return result;
+}
+
+QStringList LogCapture::orderedLines() const
+{
+    QStringList result = text(ko::Log::Debug).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (QString &line : result)
+        line.remove(0, 24); // "yyyy-MM-dd hh:mm:ss.zzz "
     return result;
 }
 

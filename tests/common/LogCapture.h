@@ -17,7 +17,7 @@
 class LogCapture
 {
 public:
-    explicit LogCapture(ko::Log::ELevel threshold = ko::Log::Debug);
+    explicit LogCapture(ko::Log::ELevel threshold = ko::Log::Debug, bool oneStream = false);
     ~LogCapture();
 
     LogCapture(const LogCapture &) = delete;
@@ -29,6 +29,9 @@ public:
     QStringList lines(ko::Log::ELevel level) const;
     /** The lines of all levels, each as "<level>|<text without prefix>", in level order. */
     QStringList allLines() const;
+    /** With one stream for all levels: its lines in order, each as "<Level> <text>". */
+    QStringList orderedLines() const;
+
     /** Forgets what was captured so far. */
     void clear();
 

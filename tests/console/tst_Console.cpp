@@ -242,16 +242,8 @@ void tst_Console::floodingClientsDoNotDisturbThePool()
         thread->start();
 
     std::atomic<int> runs { 0 };
-    struct Tick : ko::IRunnable
-    {
-        std::atomic<int> &runs;
-        explicit Tick(std::atomic<int> &counter)
-            : runs(counter)
-        { }
-        void run(int, ko::JobTimer &) override { ++runs; }
-    };
     for (int i = 0; i < jobs; ++i)
-        pool.schedule(kom::smart<ko::IRunnable>(new Tick(runs)));
+        pool.schedule(kom::smart<ko::IRunnable>(new TickJob(runs)));
     QVERIFY(spinUntil([&]() { return runs == jobs; }, 60000));
     QVERIFY(spinUntil([&]() { return senderDropped && silentDropped; }, 60000));
     done = true;

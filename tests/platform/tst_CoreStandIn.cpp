@@ -1,22 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // SPDX-FileCopyrightText: 2026 The CoreQt developers
-#include "LogCapture.h"
 
 #include "platform/core/Enigma.h"
 #include "platform/core/Exception.h"
 #include "platform/core/Log.h"
 #include "platform/core/Mutex.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
 
-#include <cerrno>
-#include <cstring>
 #include <iostream>
 #include <sstream>
 #include <thread>
-#include <unistd.h>
 
 namespace
 {
@@ -60,12 +54,6 @@ QString chain(const ko::Exception *e)
     return texts.join(QLatin1String(" <- "));
 }
 
-QByteArray contents(const std::string &path)
-{
-    QFile file(QString::fromStdString(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
-
 } // namespace
 
 class tst_CoreStandIn : public QObject
@@ -77,8 +65,6 @@ private Q_SLOTS:
     void mutexCountsUnderContention();
     void exceptionCauseCopies();
     void logStreams();
-    void logFiles();
-    void logStdOutRedirect();
     void enigmaSeeds();
 };
 
@@ -198,66 +184,6 @@ void tst_CoreStandIn::logStreams()
     log.setStream(ko::Log::Message, nullptr, false);
     QVERIFY(!log.getStream(ko::Log::Message));
     log.pre(ko::Log::Message); // harmless without a stream
-}
-
-// Files per level, appended or shared by all levels; a file that cannot be opened leaves the
-// previous output in place and is reported at the error level.
-void tst_CoreStandIn::logFiles()
-{
-    QTemporaryDir dir;
-    QVERIFY(dir.isValid());
-    const std::string errors = dir.filePath(QStringLiteral("errors.log")).toStdString();
-    const std::string all = dir.filePath(QStringLiteral("all.log")).toStdString();
-
-    ko::Log log;
-    log.setLogFile(ko::Log::Error, errors, false);
-    *log.getStream(ko::Log::Error) << "first" << std::endl;
-    log.setLogFile(ko::Log::Error, errors, true);
-    *log.getStream(ko::Log::Error) << "appended" << std::endl;
-    QCOMPARE(log.getStream(ko::Log::Warning), &std::cerr);
-    QCOMPARE(contents(errors), QByteArray("first\nappended\n"));
-
-    std::ostringstream warnings, reports;
-    log.setStream(ko::Log::Warning, &warnings, false);
-    log.setStream(ko::Log::Error, &reports, false);
-    log.setLogFile(ko::Log::Warning, "/nonexistent-dir/x.log", false);
-    QCOMPARE(log.getStream(ko::Log::Warning), &warnings);
-    log.setLogFile("/nonexistent-dir/all.log", true);
-    QCOMPARE(log.getStream(ko::Log::Error), &reports);
-    const QStringList lines
-        = QString::fromStdString(reports.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    QCOMPARE(lines.size(), 2);
-    QCOMPARE(LogCapture::stripPrefix(lines.at(0)),
-        QStringLiteral("Cannot open log file /nonexistent-dir/x.log: ")
-            + QString::fromLatin1(std::strerror(ENOENT)));
-
-    log.setLogFile(all, false);
-    std::ostream *shared = log.getStream(ko::Log::Debug);
-    for (int level = 0; level < ko::Log::LevelCount; ++level) {
-        QCOMPARE(log.getStream(ko::Log::ELevel(level)), shared);
-        *shared << level << '\n';
-    }
-    shared->flush();
-    QCOMPARE(contents(all), QByteArray("0\n1\n2\n3\n4\n"));
-}
-
-void tst_CoreStandIn::logStdOutRedirect()
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("stdout.txt"));
-    std::cout.flush();
-    fflush(stdout);
-    const int saved = dup(STDOUT_FILENO);
-    ko::Log::setStdOut(path.toStdString(), false, false);
-    printf("redirected\n");
-    fflush(stdout);
-    dup2(saved, STDOUT_FILENO);
-    close(saved);
-    QCOMPARE(contents(path.toStdString()), QByteArray("redirected\n"));
-
-    LogCapture capture;
-    ko::Log::setStdOut("/nonexistent-dir/out.txt", true, true);
-    QCOMPARE(capture.lines(ko::Log::Error).size(), 1);
 }
 
 // The stand-in's byte loop itself is checked against the fast engine in tst_EnigmaFast.

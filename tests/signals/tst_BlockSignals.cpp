@@ -55,7 +55,6 @@ void tst_BlockSignals::sequences()
 {
     QFETCH(QString, initial);
     QFETCH(QString, calls);
-    QFETCH(QString, expected);
     std::vector<std::unique_ptr<QObject>> owned;
     QList<QObject *> objects;
     for (QChar c : initial) {
@@ -68,7 +67,7 @@ void tst_BlockSignals::sequences()
     QCOMPARE(states(objects), initial); // set() alone blocks nothing
     for (QChar c : calls)
         blocker.block(c == QLatin1Char('1'));
-    QCOMPARE(states(objects), expected);
+    QTEST(states(objects), "expected");
 }
 
 void tst_BlockSignals::setWhileHolding()

@@ -238,7 +238,6 @@ void tst_StringUtils::truncate_data()
     row("left", 4, Qt::AlignLeft, "abcd...");
     row("no alignment", 4, 0, "abcd...");
     row("right", 4, Qt::AlignRight, "...ghij");
-    row("right, absolute", 4, Qt::AlignRight | Qt::AlignAbsolute, "...ghij");
     row("centre", 4, Qt::AlignHCenter, "...defg...");
     row("centre, odd", 3, Qt::AlignHCenter, "...def...");
     row("centre, absolute", 4, Qt::AlignHCenter | Qt::AlignAbsolute, "abcd...");
@@ -246,10 +245,8 @@ void tst_StringUtils::truncate_data()
     row("justify, odd", 5, Qt::AlignJustify, "abc...ij");
     row("justify, absolute", 4, Qt::AlignJustify | Qt::AlignAbsolute, "abcd...");
     row("right and centre", 4, Qt::AlignRight | Qt::AlignHCenter, "abcd...");
-    row("vertical bits ignored", 4, Qt::AlignRight | Qt::AlignBottom, "...ghij");
     row("negative", -3, Qt::AlignRight, "...");
     row("exact length", 10, Qt::AlignRight, "abcdefghij");
-    row("one short", 9, Qt::AlignLeft, "abcdefghi...");
 }
 
 void tst_StringUtils::truncate()
@@ -739,9 +736,8 @@ void tst_StringUtils::variantText_data()
 void tst_StringUtils::variantText()
 {
     QFETCH(QVariant, value);
-    QFETCH(QString, text);
     const QString written = StringUtils().toString(value);
-    QCOMPARE(written, text);
+    QTEST(written, "text");
     QVERIFY(!written.isNull());
 }
 

@@ -55,6 +55,16 @@ struct RecordingJob : ko::IRunnable
     int mTimerLag = -1; // ms from the job timer's start to the job's own look at the clock
 };
 
+/** A job that only counts its runs, into a counter shared by many jobs. */
+struct TickJob : ko::IRunnable
+{
+    explicit TickJob(std::atomic<int> &runs)
+        : mRuns(runs)
+    { }
+    void run(int, ko::JobTimer &) override { ++mRuns; }
+    std::atomic<int> &mRuns;
+};
+
 /** A started worker outside any pool, shut down at the end. */
 struct Worker
 {
