@@ -36,6 +36,7 @@ private Q_SLOTS:
     void documentOfThisProcess();
     void busyPoolLockReported();
     void takesOverOnlyAStaleSocket();
+    void zeroLimitIsOverAtOnce();
     void manyClientsAtOnceGetAWholeDocumentOrNothing();
     void floodingClientsDoNotDisturbThePool();
 };
@@ -159,6 +160,17 @@ void tst_Console::takesOverOnlyAStaleSocket()
         qPrintable(warnings.at(0)));
     QVERIFY2(warnings.at(1).startsWith("console: cannot listen on " + plain + ": "),
         qPrintable(warnings.at(1)));
+}
+
+// A limit of 0 ms is over before any answer: a peer that never answers is not waited for.
+void tst_Console::zeroLimitIsOverAtOnce()
+{
+    const SocketPath socket;
+    QLocalServer silent;
+    QVERIFY(silent.listen(socket.path));
+    const ConsoleClient::Reply reply = ConsoleClient::fetch(socket.path, 0);
+    QCOMPARE(reply.error, ConsoleClient::NoAnswer);
+    QCOMPARE(reply.message, socket.path + QStringLiteral(": no answer within 0.0 s"));
 }
 
 void tst_Console::manyClientsAtOnceGetAWholeDocumentOrNothing()

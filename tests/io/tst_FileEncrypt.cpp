@@ -438,6 +438,9 @@ void tst_FileEncrypt::truncateWritesNewHeaderFromLastOpened()
     QCOMPARE(raw.left(4), QByteArray("\x02\x01\xab\xcd", 4));
     QCOMPARE(qFromLittleEndian<quint32>(raw.constData() + 4), seed);
     QCOMPARE(oracle(raw, seed, 8, 0, 3), QByteArray("abc"));
+    // Every new header draws a seed of its own.
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QVERIFY(file.seed() != seed);
 }
 
 void tst_FileEncrypt::openFailures_data()
