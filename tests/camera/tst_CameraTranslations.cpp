@@ -9,6 +9,7 @@
 #include <QResource>
 #include <QTranslator>
 #include <QXmlStreamReader>
+#include <QtEndian>
 
 #include <functional>
 #include <memory>
@@ -93,6 +94,16 @@ template <typename Container> QStringList sorted(const Container &texts)
     return list;
 }
 
+// The tags of a .qm file's blocks, in file order, after its 16-byte magic number.
+QByteArray qmBlockTags(const QByteArray &qm)
+{
+    QByteArray tags;
+    for (int i = 16; i + 5 <= qm.size();
+         i += 5 + int(qFromBigEndian<quint32>(qm.constData() + i + 1)))
+        tags += qm.at(i);
+    return tags;
+}
+
 std::unique_ptr<QTranslator> installTranslator(const QString &file)
 {
     std::unique_ptr<QTranslator> translator(new QTranslator);
@@ -125,6 +136,12 @@ void tst_CameraTranslations::resources()
         QVERIFY(qt.isValid());
         QCOMPARE(library.compressionAlgorithm(), QResource::NoCompression);
         QCOMPARE(qt.compressionAlgorithm(), QResource::ZlibCompression);
+        // A hash table, the messages and the table of contexts.
+        QFile file(library.fileName());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray tags = qmBlockTags(file.readAll());
+        for (char tag : { '\x42', '\x69', '\x2f' })
+            QVERIFY2(tags.contains(tag), tags.toHex().constData());
     }
 }
 
