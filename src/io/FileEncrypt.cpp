@@ -232,8 +232,13 @@ bool FileEncrypt::seek(qint64 pos)
     const qint64 behind = mPrivate->at - from;
     if (from == pos) {
         // QIODevice puts a device back to pos() this way after it read ahead of it: the file and
-        // the cipher return there. Otherwise a seek to the current position changes nothing.
-        return behind == 0 || moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
+        // the cipher return there. Otherwise a seek to the current position changes nothing of
+        // ours; QIODevice's own base seek still runs, since QIODevice also seeks to pos() when it
+        // has lost track of where the file is (after a line read, kept over a reopen) and reads
+        // and peeks rely on what that seek records.
+        if (behind == 0)
+            return QIODevice::seek(pos);
+        return moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
     }
     // A negative position is outside the contract: QFile refuses it and the cipher stays where it
     // is.
