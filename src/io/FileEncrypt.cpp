@@ -236,8 +236,11 @@ bool FileEncrypt::seek(qint64 pos)
         // ours; QIODevice's own base seek still runs, since QIODevice also seeks to pos() when it
         // has lost track of where the file is (after a line read, kept over a reopen) and reads
         // and peeks rely on what that seek records.
-        if (behind == 0)
-            return QIODevice::seek(pos);
+        if (behind == 0) {
+            if (isOpen())
+                QIODevice::seek(pos);
+            return true;
+        }
         return moveTo(pos, mPrivate->rawPos - behind, mPrivate->steps - behind);
     }
     // A negative position is outside the contract: QFile refuses it and the cipher stays where it

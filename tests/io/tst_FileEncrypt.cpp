@@ -460,6 +460,7 @@ void tst_FileEncrypt::openFailures()
     QCOMPARE(file.error(), QFileDevice::OpenError);
     QVERIFY(file.isCompatible());
     QCOMPARE(file.seed(), 0u);
+    QVERIFY(file.seek(0)); // to where it already is: true, also while closed
 }
 
 // Lines come out as the raw bytes behind the header, up to and with their newline.
