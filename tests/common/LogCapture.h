@@ -13,6 +13,8 @@
  * Captures every level of ko::Log::instance() in memory for the lifetime of
  * the object and restores the previous streams and threshold afterwards.
  * The threshold is set to @p threshold (Debug by default) while capturing.
+ * With @p oneStream every level writes into one stream, read with orderedLines(); lines() and
+ * allLines() then find every line under Debug.
  */
 class LogCapture
 {
